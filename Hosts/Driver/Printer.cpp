@@ -1,0 +1,130 @@
+#include "Driver/Printer.h"
+
+#include <cmath>
+#include <cstdlib>
+
+namespace {
+
+constexpr std::size_t pageWidth = 76;
+constexpr std::size_t identifierColumn = 34;
+
+std::string textOf(const Json& json)
+{
+    return json.is_string() ? json.get<std::string>() : std::string();
+}
+
+/// The number of places that a text takes on a terminal, every character counted as one.
+std::size_t width(const std::string& text)
+{
+    std::size_t places = 0;
+    for (const char c : text)
+        places += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    return places;
+}
+
+std::string padded(const std::string& text, std::size_t places)
+{
+    const std::size_t taken = width(text);
+    return taken >= places ? text + " " : text + std::string(places - taken, ' ');
+}
+
+std::string upperCased(std::string text)
+{
+    for (char& c : text)
+        c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+    return text;
+}
+
+/// The text broken at spaces, every line indented.
+std::string wrapped(const std::string& text, const std::string& indent)
+{
+    std::string out;
+    std::string line;
+    std::size_t begin = 0;
+    const auto flush = [&] {
+        if (!line.empty())
+            out += indent + line + "\n";
+        line.clear();
+    };
+    while (begin < text.size()) {
+        const std::size_t end = std::min(text.find_first_of(" \n", begin), text.size());
+        const std::string word = text.substr(begin, end - begin);
+        if (!line.empty() && indent.size() + width(line) + 1 + width(word) > pageWidth)
+            flush();
+        line += (line.empty() || word.empty() ? "" : " ") + word;
+        if (end < text.size() && text[end] == '\n')
+            flush();
+        begin = end + 1;
+    }
+    flush();
+    return out;
+}
+
+std::string numberText(double number)
+{
+    return number == std::floor(number) && std::abs(number) < 1e15 ? std::to_string(static_cast<long long>(number))
+                                                                   : Json(number).dump();
+}
+
+std::string valueText(const Json& row)
+{
+    const Json& value = row["value"];
+    const std::string cell = textOf(row["cell"]);
+    if (cell == "PSSwitchCell")
+        return (value.is_boolean() && value.get<bool>()) || (value.is_number() && value.get<double>() != 0) ? "[on]"
+                                                                                                            : "[off]";
+    if (cell == "PSSliderCell")
+        return value.is_number() ? "<" + numberText(value.get<double>()) + ">" : "<->";
+    if (!row["detail"].is_null())
+        return ">";
+    return textOf(value);
+}
+
+std::string printedRow(const Json& row)
+{
+    const std::string mark = row["enabled"].get<bool>() ? "  " : "  (";
+    const std::string name = row["name"].is_null() ? "-" : textOf(row["name"]);
+    std::string line = padded(mark + name + (row["enabled"].get<bool>() ? "" : ")"), identifierColumn);
+    line += padded(valueText(row), 8);
+    const std::string identifier =
+        row["identifier"].is_null() ? std::to_string(row["index"].get<std::size_t>()) : textOf(row["identifier"]);
+    return line + identifier + "\n";
+}
+
+std::string printedEvent(const Json& event)
+{
+    std::string line = textOf(event["event"]);
+    for (const auto& [key, value] : event.items()) {
+        if (key != "event")
+            line += "  " + key + " " + (value.is_string() ? value.get<std::string>() : lineOf(value));
+    }
+    return line + "\n";
+}
+
+} // namespace
+
+std::string printedPage(const Json& reply)
+{
+    std::string out = textOf(reply["title"]) + "\n"
+        + std::string(std::max<std::size_t>(1, width(textOf(reply["title"]))), '=') + "\n";
+    std::string footer;
+    for (const Json& row : reply["rows"]) {
+        if (textOf(row["cell"]) != "PSGroupCell") {
+            out += printedRow(row);
+            continue;
+        }
+        out += wrapped(footer, "    ") + "\n";
+        footer = textOf(row["footer"]);
+        if (!row["name"].is_null() && !textOf(row["name"]).empty())
+            out += upperCased(textOf(row["name"])) + "\n";
+    }
+    return out + wrapped(footer, "    ");
+}
+
+std::string printedEvents(const Json& events)
+{
+    std::string out;
+    for (const Json& event : events)
+        out += printedEvent(event);
+    return out.empty() ? "nothing happened\n" : out;
+}

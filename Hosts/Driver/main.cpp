@@ -1,0 +1,140 @@
+#include "Driver/CommandLine.h"
+#include "Driver/DriverSession.h"
+#include "Driver/LayoutCheck.h"
+#include "Driver/Printer.h"
+#include "Shared/BundleLoader.h"
+
+#include <charconv>
+#include <iostream>
+
+namespace {
+
+constexpr int exitFailure = 1;
+constexpr int exitUsage = 2;
+constexpr const char* rootPageName = "root";
+
+int fail(const std::string& message, int code)
+{
+    std::cerr << "tandem: " << message << "\n";
+    return code;
+}
+
+/// An identifier of the page or, where it has none of that name, an index.
+Json rowWord(const std::string& word, const Json& page)
+{
+    for (const Json& row : page["rows"]) {
+        if (row["identifier"] == word)
+            return word;
+    }
+    long index = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), index);
+    return error == std::errc() && end == word.data() + word.size() ? Json(index) : Json(word);
+}
+
+Json valueWord(const std::string& word)
+{
+    if (word == "on" || word == "true" || word == "yes")
+        return true;
+    if (word == "off" || word == "false" || word == "no")
+        return false;
+    const Json number = Json::parse(word, nullptr, false);
+    return number.is_number() ? number : Json(word);
+}
+
+/// The reply to the request; an error is printed, and null.
+Json asked(DriverSession& session, const Json& request)
+{
+    Json reply = session.handle(request);
+    if (reply["ok"].get<bool>())
+        return reply;
+    fail(reply["error"].get<std::string>(), exitFailure);
+    return nullptr;
+}
+
+std::string pageOf(const CommandLine& line)
+{
+    return line.arguments.empty() ? rootPageName : line.arguments.front();
+}
+
+int show(DriverSession& session, const CommandLine& line)
+{
+    const Json reply = asked(session, { { "do", "rows" } });
+    if (reply.is_null())
+        return exitFailure;
+    std::cout << (line.json ? lineOf(reply) + "\n" : printedPage(reply));
+    return 0;
+}
+
+int work(DriverSession& session, const CommandLine& line, Json request)
+{
+    const Json page = asked(session, { { "do", "rows" } });
+    if (page.is_null())
+        return exitFailure;
+    request["row"] = rowWord(line.arguments[1], page);
+    const Json reply = asked(session, request);
+    if (reply.is_null())
+        return exitFailure;
+    std::cout << printedEvents(reply["events"]);
+    return 0;
+}
+
+/// Needs the plug-in's classes but no page, so that it works where pages do not.
+int check(const CommandLine& line)
+{
+    std::string error;
+    const auto host = HostSession::open(line.host, nullptr, error);
+    if (!host)
+        return fail(error, exitFailure);
+    const auto faults = layoutFaults(pluginBundlePath);
+    for (const std::string& fault : faults)
+        std::cout << fault << "\n";
+    return faults.empty() ? 0 : exitFailure;
+}
+
+int drive(DriverSession& session)
+{
+    for (std::string line; std::getline(std::cin, line);)
+        std::cout << lineOf(session.handleLine(line)) << std::endl;
+    return 0;
+}
+
+int run(const CommandLine& line)
+{
+    if (line.command == CommandLine::Command::Check)
+        return check(line);
+    std::string error;
+    const auto session = DriverSession::open(line.host, error);
+    if (!session)
+        return fail(error, exitFailure);
+    if (line.command == CommandLine::Command::Drive)
+        return drive(*session);
+    if (const auto& notice = session->host().notice())
+        std::cerr << *notice << "\n";
+    if (asked(*session, { { "do", "open" }, { "page", pageOf(line) } }).is_null())
+        return exitFailure;
+    if (line.command == CommandLine::Command::Show)
+        return show(*session, line);
+    if (line.command == CommandLine::Command::Tap)
+        return work(*session, line, { { "do", "tap" } });
+    return work(*session, line, { { "do", "set" }, { "value", valueWord(line.arguments[2]) } });
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    std::string error;
+    const auto line = CommandLine::parse({ arguments + 1, arguments + argumentCount }, error);
+    if (!line)
+        return fail(error + " (tandem help tells more)", exitUsage);
+    switch (line->command) {
+    case CommandLine::Command::Help:
+        std::cout << CommandLine::usage();
+        return 0;
+    case CommandLine::Command::Version:
+        std::cout << "tandem " TANDEM_VERSION "\n";
+        return 0;
+    default:
+        return run(*line);
+    }
+}

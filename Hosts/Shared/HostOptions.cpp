@@ -1,0 +1,56 @@
+#include "Shared/HostOptions.h"
+
+#include <cstdlib>
+#include <filesystem>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* bundleName = "TandemPreferences.bundle";
+constexpr const char* demoPhone = "DemoPhone/demo.json";
+
+std::string environment(const char* name)
+{
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+std::string firstThatExists(std::initializer_list<fs::path> candidates)
+{
+    for (const fs::path& candidate : candidates) {
+        std::error_code ignored;
+        if (fs::exists(candidate, ignored))
+            return candidate.lexically_normal().string();
+    }
+    return {};
+}
+
+} // namespace
+
+std::string HostOptions::defaultRoot()
+{
+    const std::string data = environment("XDG_DATA_HOME");
+    if (fs::path(data).is_absolute())
+        return fs::path(data) / "tandem";
+    return fs::path(environment("HOME").empty() ? "/" : environment("HOME")) / ".local/share/tandem";
+}
+
+std::string programDirectory()
+{
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    return error ? std::string(".") : program.parent_path().string();
+}
+
+std::string ownBundleDirectory()
+{
+    const fs::path program = programDirectory();
+    return firstThatExists({ program / bundleName, program / TANDEM_INSTALLED_LIBRARIES / bundleName });
+}
+
+std::string ownDemoPhone()
+{
+    const fs::path program = programDirectory();
+    return firstThatExists({ program / demoPhone, program / TANDEM_INSTALLED_DATA / demoPhone });
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Demo/DemoPhone.h"
+#include "Phone/Phone.h"
+#include "PreferencesUI/PSListController.h"
+#include "Shared/HostOptions.h"
+#include "Shared/SettingsFile.h"
+#include "UIKit/UIViewController.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+/// A host's way to the pages: the phone, the bundle, the root page on a navigation stack, and the turns in which events
+/// are handed to the pages. One a process.
+class HostSession {
+public:
+    /// The host's chance to stand before a service, as to show what the pages post and log.
+    using PhoneDecorator = std::function<void(Phone&)>;
+
+    /// Opens the phone and loads the bundle. Null, and one line that says why in `error`, when either cannot be.
+    static std::unique_ptr<HostSession> open(
+        const HostOptions& options, const PhoneDecorator& decorate, std::string& error);
+
+    /// Makes the root page and puts it on the stack, observed by the host. False, and why in `error`, when its rows
+    /// cannot be built.
+    bool openRootPage(const std::shared_ptr<UIPresentationObserver>& observer, CGSize size, std::string& error);
+
+    /// One turn: takes the settings lock, catches up with changes by other processes, acts, keeps the last good copy,
+    /// releases the lock, and drains what the platform holds for a turn. The list's range error leaves the page as it
+    /// was: it is logged, and its text is the result. Nothing when all went well. Other exceptions of `act` go on to
+    /// the caller.
+    std::optional<std::string> turn(const std::function<void()>& act);
+
+    UINavigationController& navigation() { return *_navigation; }
+    std::shared_ptr<PSListController> rootPage() const { return _root; }
+    DemoPhone& demoPhone() { return *_demoPhone; }
+    const std::shared_ptr<DiskFiles>& files() const { return _files; }
+    const Class& principalClass() const { return *_principalClass; }
+    /// What the user is to be told once, as that a damaged file was replaced; absent for nothing.
+    const std::optional<std::string>& notice() const { return _notice; }
+
+    /// The system changes its appearance. False on a phone without one.
+    bool setDarkAppearance(bool dark);
+
+private:
+    /// What a turn ends with, however it ends.
+    struct TurnEnd {
+        HostSession& session;
+        ~TurnEnd();
+    };
+
+    HostSession() = default;
+
+    bool provision(std::string& error);
+    void catchUp();
+
+    HostOptions _options;
+    std::shared_ptr<DiskFiles> _files;
+    std::unique_ptr<DemoPhone> _demoPhone;
+    std::unique_ptr<SettingsFile> _settingsFile;
+    const Class* _principalClass = nullptr;
+    std::shared_ptr<UINavigationController> _navigation;
+    std::shared_ptr<PSListController> _root;
+    std::optional<std::string> _notice;
+};

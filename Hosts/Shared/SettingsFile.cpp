@@ -1,0 +1,120 @@
+#include "Shared/SettingsFile.h"
+
+#include "Foundation/NSFileManager.h"
+#include "Foundation/NSString.h"
+
+#include <chrono>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char* preferencesDirectory = "/var/mobile/Library/Preferences";
+constexpr const char* tornSuffix = ".torn";
+constexpr auto lockTimeout = std::chrono::seconds(2);
+constexpr auto lockInterval = std::chrono::milliseconds(5);
+
+constexpr const char* restoredNotice =
+    "The settings file was damaged. The last good copy is in its place; the damaged file "
+    "was kept as %@.";
+constexpr const char* emptiedNotice =
+    "The settings file was damaged, and there is no earlier copy. Settings start from their "
+    "defaults; the damaged file was kept as %@.";
+
+bool isWhole(const Bytes& content)
+{
+    return propertyListWithData(content).dictionary() != nullptr;
+}
+
+Bytes emptySettings()
+{
+    return dataWithPropertyList(Dictionary()).data.value_or(Bytes());
+}
+
+} // namespace
+
+SettingsFile::~SettingsFile()
+{
+    unlock();
+}
+
+bool SettingsFile::provision(std::string& error)
+{
+    auto failure = _files->createDirectory(preferencesDirectory);
+    if (!failure && !_files->exists(path))
+        failure = _files->overwrite(path, emptySettings());
+    if (failure)
+        error = _files->hostPath(preferencesDirectory) + ": " + failure->text;
+    return !failure;
+}
+
+std::optional<std::string> SettingsFile::repair()
+{
+    const auto content = _files->read(path);
+    if (!content || isWhole(*content))
+        return std::nullopt;
+    std::string aside = std::string(path) + tornSuffix;
+    for (int i = 2; _files->exists(aside); ++i)
+        aside = std::string(path) + tornSuffix + std::to_string(i);
+    // A copy first and then the good content over the old: at no moment is there neither.
+    if (_files->replace(aside, *content))
+        return std::nullopt;
+    auto good = _files->read(goodCopyPath);
+    const bool restored = good && isWhole(*good);
+    if (_files->replace(path, restored ? *good : emptySettings()))
+        return std::nullopt;
+    return stringWithFormat(restored ? restoredNotice : emptiedNotice, { _files->hostPath(aside) });
+}
+
+bool SettingsFile::lock()
+{
+    if (_lock < 0)
+        _lock = open(_files->hostPath(preferencesDirectory).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (_lock < 0)
+        return false;
+    const auto deadline = std::chrono::steady_clock::now() + lockTimeout;
+    while (flock(_lock, LOCK_EX | LOCK_NB) != 0) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(lockInterval);
+    }
+    return true;
+}
+
+void SettingsFile::unlock()
+{
+    if (_lock >= 0)
+        close(_lock);
+    _lock = -1;
+}
+
+SettingsFile::Stamp SettingsFile::stamp() const
+{
+    struct stat status { };
+    if (stat(_files->hostPath(path).c_str(), &status) != 0)
+        return {};
+    return { static_cast<long long>(status.st_ino), status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec };
+}
+
+bool SettingsFile::hasChanged() const
+{
+    return stamp() != _noted;
+}
+
+void SettingsFile::noteContent()
+{
+    _noted = stamp();
+}
+
+void SettingsFile::keepGoodCopy()
+{
+    const Stamp now = stamp();
+    if (now == _copied)
+        return;
+    const auto content = _files->read(path);
+    if (content && isWhole(*content) && !_files->replace(goodCopyPath, *content))
+        _copied = now;
+}

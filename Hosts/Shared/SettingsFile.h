@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Common/DiskFiles.h"
+
+#include <optional>
+#include <string>
+
+/// What a host does around the settings file that the plug-in does not: it makes an empty one, keeps the last good
+/// copy, puts it in the place of a torn one, sees changes by other processes, and keeps our own processes from writing
+/// at the same time.
+class SettingsFile {
+public:
+    static constexpr const char* path = "/var/mobile/Library/Preferences/com.vexil.tandem.plist";
+    static constexpr const char* goodCopyPath = "/var/mobile/Library/Preferences/.com.vexil.tandem.plist.good";
+
+    explicit SettingsFile(std::shared_ptr<DiskFiles> files)
+        : _files(std::move(files))
+    {
+    }
+    SettingsFile(const SettingsFile&) = delete;
+    SettingsFile& operator=(const SettingsFile&) = delete;
+    ~SettingsFile();
+
+    /// Makes the folders, and an empty settings file where there is nothing. False, and the reason in `error`, when it
+    /// cannot.
+    bool provision(std::string& error);
+    /// Moves a torn file aside and puts the last good copy, or an empty dictionary, in its place. What the user is told
+    /// then; nothing when the file is whole, missing, or cannot be read for another reason.
+    std::optional<std::string> repair();
+
+    /// Waits, two seconds at the most, until no other process of ours is in a turn. False when one still is, or the
+    /// folder is not there; the turn goes on without the lock then.
+    bool lock();
+    void unlock();
+
+    /// True when the file is another one, or has other content, than when noteContent was last called.
+    bool hasChanged() const;
+    void noteContent();
+    /// Keeps a copy of the file if it has changed since the last copy and is whole.
+    void keepGoodCopy();
+
+private:
+    struct Stamp {
+        long long inode = 0;
+        long long size = -1;
+        long long seconds = 0;
+        long long nanoseconds = 0;
+        bool operator==(const Stamp&) const = default;
+    };
+
+    Stamp stamp() const;
+
+    std::shared_ptr<DiskFiles> _files;
+    Stamp _noted;
+    Stamp _copied;
+    int _lock = -1;
+};

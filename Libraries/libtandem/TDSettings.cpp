@@ -1,0 +1,80 @@
+#include "libtandem/TDSettings.h"
+
+#include "Foundation/NSFileManager.h"
+#include "Foundation/NSNotificationCenter.h"
+
+NS_IMPLEMENTATION(TDSettings, NS_METHOD(reloadSettings))
+
+namespace {
+
+constexpr const char* settingsFile = "/var/mobile/Library/Preferences/com.vexil.tandem.plist";
+constexpr const char* bindingsFile = "/var/mobile/Library/Preferences/com.vexil.tandem.bluetooth.plist";
+constexpr const char* boundKey = "bound";
+constexpr const char* simKey = "sim";
+
+/// Read anew at each call, because another process may have bound a device meanwhile.
+Value bindingOf(const std::string& address)
+{
+    const auto bindings = dictionaryWithContentsOfFile(bindingsFile);
+    return bindings ? valueForKey(*bindings, address) : Value();
+}
+
+void writeBinding(const std::string& address, bool bound, const std::optional<std::string>& sim)
+{
+    Dictionary bindings = dictionaryWithContentsOfFile(bindingsFile).value_or(Dictionary());
+    Dictionary binding { { boundKey, bound } };
+    if (sim)
+        binding.emplace(simKey, *sim);
+    bindings.insert_or_assign(address, std::move(binding));
+    if (const auto serialized = dataWithPropertyList(bindings); serialized.data)
+        writeToFile(*serialized.data, bindingsFile, Atomically::Yes);
+}
+
+} // namespace
+
+std::shared_ptr<TDSettings> TDSettings::sharedSettings()
+{
+    static const auto settings = [] {
+        auto made = std::make_shared<TDSettings>();
+        made->load();
+        return made;
+    }();
+    return settings;
+}
+
+void TDSettings::load()
+{
+    _settings = dictionaryWithContentsOfFile(settingsFile).value_or(Dictionary());
+}
+
+void TDSettings::reloadSettings()
+{
+    load();
+    NSNotificationCenter::defaultCenter().postNotificationName(reloadedNotification);
+}
+
+bool TDSettings::flag(const char* key, bool fallback) const
+{
+    const Value& stored = valueForKey(_settings, key);
+    return stored.isNull() ? fallback : stored.boolValue();
+}
+
+bool TDSettings::hasBluetoothDevice(const std::string& address) const
+{
+    return bindingOf(address)[boundKey].boolValue();
+}
+
+std::optional<std::string> TDSettings::defaultSIMForBluetooth(const std::string& address) const
+{
+    return bindingOf(address)[simKey].optionalString();
+}
+
+void TDSettings::addToBluetoothDevices_defaultSIM(const std::string& address, const std::optional<std::string>& sim)
+{
+    writeBinding(address, true, sim);
+}
+
+void TDSettings::removeFromBluetoothDevices(const std::string& address)
+{
+    writeBinding(address, false, defaultSIMForBluetooth(address));
+}

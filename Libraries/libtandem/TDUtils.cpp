@@ -1,0 +1,57 @@
+#include "libtandem/TDUtils.h"
+
+#include "Foundation/NSString.h"
+#include "Phone/Phone.h"
+
+NS_IMPLEMENTATION(TDCarrierBundleController)
+
+namespace {
+
+constexpr UIColor barColor { 28 / 255.0F, 77 / 255.0F, 170 / 255.0F, 1 };
+
+}
+
+std::optional<std::string> TDCarrierBundleController::localizedCarrierNameForSubscriptionContext(
+    const std::shared_ptr<CTXPCServiceSubscriptionContext>& context) const
+{
+    return context ? context->carrierName() : std::nullopt;
+}
+
+void TDUtils::logMessage(std::string_view format, std::initializer_list<Value> arguments)
+{
+    if (const auto& log = Phone::current().systemLog)
+        log->write(stringWithFormat(format, arguments));
+}
+
+bool TDUtils::isDarkModeEnabled()
+{
+    const auto& appearance = Phone::current().appearance;
+    return appearance && appearance->isDark();
+}
+
+UIColor TDUtils::navigationBarColor(const Class& /*cls*/)
+{
+    return barColor;
+}
+
+TDUtils::Contexts TDUtils::fetchSubscriptions()
+{
+    Contexts contexts;
+    if (const auto& service = Phone::current().subscriptions) {
+        for (Subscription& subscription : service->subscriptions())
+            contexts.push_back(std::make_shared<CTXPCServiceSubscriptionContext>(std::move(subscription)));
+    }
+    return contexts;
+}
+
+std::shared_ptr<TDCarrierBundleController> TDUtils::carrierBundleController()
+{
+    static const auto controller = std::make_shared<TDCarrierBundleController>();
+    return controller;
+}
+
+std::string TDUtils::formattedPhoneNumber(const std::optional<std::string>& number)
+{
+    const auto& service = Phone::current().subscriptions;
+    return number && service ? service->formattedNumber(*number) : number.value_or(std::string());
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "PreferencesUI/PSListController.h"
+
+#include <optional>
+#include <string>
+
+/// The base of the product's pages: a list page with a share button, a footer that names the version, an error alert, a
+/// back button of its own and a mail with the log. It asks the page for what it shows by the hooks below.
+class VXMiscSettingsViewController : public PSListController {
+    NS_CLASS(VXMiscSettingsViewController, PSListController)
+public:
+    // Hooks that every page answers.
+    virtual bool hasCustomNavigationBarColor() = 0;
+    virtual UIColor customNavigationBarColor() = 0;
+    /// The text and the picture that the share button offers; no picture is null.
+    virtual std::string twitterMessage() = 0;
+    virtual std::shared_ptr<UIImage> twitterImage() = 0;
+    /// The group that carries the footer; null for a page without one.
+    virtual Row copyRightSpecifier() = 0;
+    /// The footer's text in that year. Asked once a page, when its rows are first built.
+    virtual std::string copryRightSpecifierText(long year) = 0;
+
+    // Hooks that a page may answer.
+    /// The page definition of a page that does not build `specifiers` itself.
+    virtual std::optional<std::string> specifiersFileName() { return std::nullopt; }
+    /// The product's identifier, which names its log file, and its name, which titles alerts and mails.
+    virtual std::string serviceName() { return {}; }
+    virtual std::string productName() { return {}; }
+    /// The button in the place of the bar's own back button; null for the bar's own.
+    virtual std::shared_ptr<UIBarButtonItem> customBackButton() { return nullptr; }
+
+    /// The first row with that identifier, or null.
+    static Row vx__specifierByIdentifier_identifier(const Rows& rows, std::string_view identifier);
+    /// Its index, or -1.
+    static long vx__indexByIdentifier_identifier(const Rows& rows, std::string_view identifier);
+
+    /// Shows the message in an alert, until the user has read it.
+    void showError(const std::string& message);
+    /// Composes a mail with the log file; tells the user where there is no log, or no mail program.
+    virtual void emailLogFile(const Value& sender);
+    /// Goes one page back.
+    void backButtonAction(const Value& sender);
+    /// Opens the share sheet with the page's message and picture.
+    void shareAction(const Value& sender);
+
+    // PSListController
+    const Rows& specifiers() override;
+    void viewDidLoad() override;
+
+protected:
+    void rowsWereBuilt() override;
+
+private:
+    /// Kept for the rebuilds of the page, because asking for the version costs a process each time.
+    std::optional<std::string> _footerText;
+};

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "UIKit/UIViewController.h"
+
+#include <optional>
+#include <string>
+
+/// The maker's products page, opened in the user's browser.
+class VXWebKitViewController final : public UIViewController {
+    NS_CLASS(VXWebKitViewController, UIViewController)
+public:
+    /// The product's name, percent-escaped, tells the page where the user comes from; absent for nowhere.
+    bool initWithProduct_loadDefault(std::optional<std::string> product, bool loadDefault);
+    const std::string& url() const { return _url; }
+
+    // UIViewController
+    void viewDidLoad() override;
+
+private:
+    std::string _url;
+    bool _loadDefault = false;
+};

@@ -1,0 +1,217 @@
+#include "Foundation/NSKeyedArchiver.h"
+
+#include "Foundation/NSFileManager.h"
+
+#include <unordered_map>
+
+namespace {
+
+constexpr const char* archiverName = "NSKeyedArchiver";
+constexpr long archiveVersion = 100000;
+constexpr const char* nullMarker = "$null";
+constexpr const char* classKey = "$class";
+constexpr const char* classNameKey = "$classname";
+constexpr const char* classesKey = "$classes";
+constexpr const char* objectsKey = "$objects";
+constexpr const char* topKey = "$top";
+constexpr const char* rootKey = "root";
+constexpr const char* arrayClassName = "NSArray";
+constexpr const char* dictionaryClassName = "NSDictionary";
+constexpr const char* keysField = "NS.keys";
+constexpr const char* valuesField = "NS.objects";
+/// Deeper than any archive that a phone makes.
+constexpr std::size_t greatestDepth = 64;
+
+std::unordered_map<std::string_view, KeyedCoding>& codings()
+{
+    static std::unordered_map<std::string_view, KeyedCoding> byClassName;
+    return byClassName;
+}
+
+class Encoder {
+public:
+    Encoder() { _objects.emplace_back(nullMarker); }
+
+    /// The reference of the value in the table. An object that cannot be kept leaves the archive incomplete.
+    Uid add(const Value& value)
+    {
+        if (value.isNull())
+            return Uid { 0 };
+        if (const auto* elements = value.array())
+            return addContainer(arrayClassName, { { valuesField, references(*elements) } });
+        if (const auto* entries = value.dictionary()) {
+            Array keys;
+            Array values;
+            for (const auto& [key, entry] : *entries) {
+                keys.emplace_back(key);
+                values.push_back(entry);
+            }
+            return addContainer(
+                dictionaryClassName, { { keysField, references(keys) }, { valuesField, references(values) } });
+        }
+        if (const auto object = value.object())
+            return addObject(*object);
+        return append(value);
+    }
+
+    bool complete() const { return _complete; }
+    Array takeObjects() { return std::move(_objects); }
+
+private:
+    Uid append(const Value& value)
+    {
+        _objects.push_back(value);
+        return Uid { _objects.size() - 1 };
+    }
+
+    Value references(const Array& values)
+    {
+        Array uids;
+        for (const Value& value : values)
+            uids.emplace_back(add(value));
+        return uids;
+    }
+
+    Uid addClass(const std::string& name)
+    {
+        return append(Dictionary { { classNameKey, name }, { classesKey, Array { name, "NSObject" } } });
+    }
+
+    Uid addContainer(const std::string& className, Dictionary fields)
+    {
+        fields.emplace(classKey, addClass(className));
+        return append(std::move(fields));
+    }
+
+    Uid addObject(NSObject& object)
+    {
+        const std::string& name = object.isa().name();
+        const auto coding = codings().find(name);
+        const Value fields = coding == codings().end() ? Value() : coding->second.encode(object);
+        if (!fields.dictionary()) {
+            _complete = false;
+            return Uid { 0 };
+        }
+        Dictionary encoded;
+        for (const auto& [key, field] : *fields.dictionary())
+            encoded.emplace(key, add(field));
+        return addContainer(name, std::move(encoded));
+    }
+
+    Array _objects;
+    bool _complete = true;
+};
+
+class Decoder {
+public:
+    explicit Decoder(const Array& objects)
+        : _objects(objects)
+    {
+    }
+
+    /// What the reference stands for; null when it, or something it needs, stands for nothing.
+    Value resolve(const Value& reference)
+    {
+        if (reference.kind() != Value::Kind::Uid)
+            return reference;
+        const std::uint64_t index = reference.uid().index;
+        if (index == 0 || index >= _objects.size() || _depth >= greatestDepth || --_remaining < 0)
+            return {};
+        const Value& entry = _objects[index];
+        if (!entry.dictionary())
+            return entry;
+        ++_depth;
+        Value object = decode(*entry.dictionary());
+        --_depth;
+        return object;
+    }
+
+private:
+    Value decode(const Dictionary& encoded)
+    {
+        const std::string className = classNameOf(valueForKey(encoded, classKey)).value_or(std::string());
+        if (className == arrayClassName || className == "NSMutableArray")
+            return resolveAll(valueForKey(encoded, valuesField));
+        if (className == dictionaryClassName || className == "NSMutableDictionary")
+            return decodeDictionary(encoded);
+        const auto coding = codings().find(className);
+        if (coding == codings().end())
+            return {};
+        Dictionary fields;
+        for (const auto& [key, field] : encoded) {
+            if (key != classKey)
+                fields.emplace(key, resolve(field));
+        }
+        return coding->second.decode(fields);
+    }
+
+    std::optional<std::string> classNameOf(const Value& reference) const
+    {
+        if (reference.kind() != Value::Kind::Uid || reference.uid().index >= _objects.size())
+            return std::nullopt;
+        return _objects[reference.uid().index][classNameKey].optionalString();
+    }
+
+    Value resolveAll(const Value& references)
+    {
+        if (!references.array())
+            return {};
+        Array values;
+        for (const Value& reference : *references.array())
+            values.push_back(resolve(reference));
+        return values;
+    }
+
+    Value decodeDictionary(const Dictionary& encoded)
+    {
+        const Value keys = resolveAll(valueForKey(encoded, keysField));
+        const Value values = resolveAll(valueForKey(encoded, valuesField));
+        if (!keys.array() || !values.array() || keys.array()->size() != values.array()->size())
+            return {};
+        Dictionary entries;
+        for (std::size_t i = 0; i < keys.array()->size(); ++i) {
+            const auto* key = (*keys.array())[i].string();
+            if (!key)
+                return {};
+            entries.emplace(*key, (*values.array())[i]);
+        }
+        return entries;
+    }
+
+    const Array& _objects;
+    std::size_t _depth = 0;
+    /// References may be shared, so a small archive could unfold without end.
+    long _remaining = 100000;
+};
+
+} // namespace
+
+bool registerKeyedCoding(const Class& cls, KeyedCoding coding)
+{
+    return codings().emplace(cls.name(), coding).second;
+}
+
+std::optional<Bytes> NSKeyedArchiver::archivedDataWithRootObject(const Value& root)
+{
+    Encoder encoder;
+    const Uid top = encoder.add(root);
+    if (!encoder.complete())
+        return std::nullopt;
+    return dataWithPropertyList(Dictionary {
+                                    { "$version", archiveVersion },
+                                    { "$archiver", archiverName },
+                                    { topKey, Dictionary { { rootKey, top } } },
+                                    { objectsKey, encoder.takeObjects() },
+                                })
+        .data;
+}
+
+Value NSKeyedUnarchiver::unarchiveObjectWithData(const Bytes& data)
+{
+    const Value archive = propertyListWithData(data);
+    const auto* archiver = archive["$archiver"].string();
+    const auto* objects = archive[objectsKey].array();
+    if (!archiver || *archiver != archiverName || !objects)
+        return {};
+    return Decoder(*objects).resolve(archive[topKey][rootKey]);
+}

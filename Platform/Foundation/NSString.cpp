@@ -1,0 +1,285 @@
+#include "Foundation/NSString.h"
+
+#include "Runtime/NSObject.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+
+namespace {
+
+constexpr std::string_view nullText = "(null)";
+constexpr std::size_t indentWidth = 4;
+constexpr std::size_t wholeDataLength = 24;
+constexpr std::size_t dataHeadLength = 16;
+constexpr std::size_t dataTailLength = 8;
+constexpr double referenceDateSince1970 = 978307200;
+constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
+
+struct Character {
+    char32_t codePoint;
+    std::size_t length;
+    bool valid;
+};
+
+/// The character at the front of a text that is not empty; an invalid one is a single byte long.
+Character firstCharacter(std::string_view text)
+{
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char lead = byte(0);
+    if (lead < 0x80)
+        return { lead, 1, true };
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
+        return { lead, 1, false };
+    char32_t point = lead & (0x7F >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0) != 0x80)
+            return { lead, 1, false };
+        point = point << 6 | (byte(i) & 0x3F);
+    }
+    constexpr std::array<char32_t, 5> least { 0, 0, 0x80, 0x800, 0x10000 };
+    const bool valid = point >= least.at(length) && point <= 0x10FFFF && (point < 0xD800 || point > 0xDFFF);
+    return valid ? Character { point, length, true } : Character { lead, 1, false };
+}
+
+template <class... Arguments>
+std::string printed(const char* format, Arguments... arguments)
+{
+    std::array<char, 64> buffer;
+    std::snprintf(buffer.data(), buffer.size(), format, arguments...);
+    return buffer.data();
+}
+
+std::string hexOf(Bytes::const_iterator begin, Bytes::const_iterator end)
+{
+    std::string text;
+    for (auto byte = begin; byte != end; ++byte)
+        text += printed("%02x", static_cast<unsigned>(*byte));
+    return text;
+}
+
+std::string printedData(const Bytes& data)
+{
+    std::string text = "{length = " + std::to_string(data.size()) + ", bytes = 0x";
+    if (data.size() <= wholeDataLength)
+        return text + hexOf(data.begin(), data.end()) + "}";
+    for (std::size_t i = 0; i < dataHeadLength; i += 4)
+        text += hexOf(data.begin() + static_cast<std::ptrdiff_t>(i), data.begin() + static_cast<std::ptrdiff_t>(i + 4))
+            + " ";
+    const auto tail = data.end() - dataTailLength;
+    return text + "... " + hexOf(tail, tail + 4) + " " + hexOf(tail + 4, data.end()) + "}";
+}
+
+std::string printedDate(Date date)
+{
+    const double since1970 = std::floor(date.secondsSinceReferenceDate + referenceDateSince1970);
+    std::tm parts {};
+    // Beyond these the year does not fit the calendar's integer.
+    constexpr double furthest = 6e16;
+    if (!(std::abs(since1970) < furthest))
+        return printed("%g", date.secondsSinceReferenceDate);
+    const auto seconds = static_cast<std::time_t>(since1970);
+    gmtime_r(&seconds, &parts);
+    return printed("%04d-%02d-%02d %02d:%02d:%02d +0000", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
+        parts.tm_hour, parts.tm_min, parts.tm_sec);
+}
+
+/// A text inside a container: bare when it is all ASCII letters and digits, else quoted and escaped.
+std::string quoted(std::string_view text)
+{
+    const auto isBare = [](unsigned char c) {
+        return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z');
+    };
+    bool bare = !text.empty();
+    for (const char c : text)
+        bare = bare && isBare(static_cast<unsigned char>(c));
+    if (bare)
+        return std::string(text);
+    std::string out = "\"";
+    while (!text.empty()) {
+        const Character c = firstCharacter(text);
+        if (c.codePoint == '"' || c.codePoint == '\\')
+            out += { '\\', static_cast<char>(c.codePoint) };
+        else if (c.codePoint == '\n')
+            out += "\\n";
+        else if (c.codePoint >= 0x10000)
+            out += printed("\\U%04x\\U%04x", static_cast<unsigned>(0xD7C0 + (c.codePoint >> 10)),
+                static_cast<unsigned>(0xDC00 | (c.codePoint & 0x3FF)));
+        else if (c.codePoint >= 0x80)
+            out += printed("\\U%04x", static_cast<unsigned>(c.codePoint));
+        else
+            out += static_cast<char>(c.codePoint);
+        text.remove_prefix(c.length);
+    }
+    return out + "\"";
+}
+
+std::string printedLeaf(const Value& value)
+{
+    switch (value.kind()) {
+    case Value::Kind::Null:
+        return std::string(nullText);
+    case Value::Kind::Boolean:
+        return value.boolean() ? "1" : "0";
+    case Value::Kind::Integer:
+        return std::to_string(value.integer());
+    case Value::Kind::Unsigned:
+        return std::to_string(value.unsignedInteger());
+    case Value::Kind::Real:
+        return printed("%.16g", value.real());
+    case Value::Kind::String:
+        return *value.string();
+    case Value::Kind::Data:
+        return printedData(*value.data());
+    case Value::Kind::Date:
+        return printedDate(value.date());
+    case Value::Kind::Uid:
+        return "{value = " + std::to_string(value.uid().index) + "}";
+    case Value::Kind::Object:
+        return value.object()->description();
+    default:
+        return value.classObject()->name();
+    }
+}
+
+std::string printedInside(const Value& value, std::size_t level);
+
+std::string printedContainer(const Value& value, std::size_t level)
+{
+    const std::string outer(level * indentWidth, ' ');
+    const std::string inner((level + 1) * indentWidth, ' ');
+    std::string text;
+    if (const auto* entries = value.dictionary()) {
+        text = outer + "{\n";
+        for (const auto& [key, entry] : *entries)
+            text += inner + quoted(key) + " = " + printedInside(entry, level + 1) + ";\n";
+        return text + outer + "}";
+    }
+    text = outer + "(";
+    const char* separator = "\n";
+    for (const Value& element : *value.array()) {
+        text += separator + inner + printedInside(element, level + 1);
+        separator = ",\n";
+    }
+    return text + "\n" + outer + ")";
+}
+
+std::string printedInside(const Value& value, std::size_t level)
+{
+    if (value.array() || value.dictionary())
+        return printedContainer(value, level);
+    // An object prints its own lines; everything else is one word or a quoted text.
+    return value.kind() == Value::Kind::Object ? printedLeaf(value) : quoted(printedLeaf(value));
+}
+
+} // namespace
+
+std::string descriptionOf(const Value& value)
+{
+    return value.array() || value.dictionary() ? printedContainer(value, 0) : printedLeaf(value);
+}
+
+std::string stringWithFormat(std::string_view format, std::initializer_list<Value> arguments)
+{
+    struct Placeholder {
+        std::string_view text;
+        bool isInteger;
+    };
+    constexpr std::array<Placeholder, 4> placeholders { { { "%@", false }, { "%ld", true }, { "%lu", true },
+        { "%d", true } } };
+    std::string out;
+    const auto* argument = arguments.begin();
+    while (!format.empty()) {
+        if (format.starts_with("%%")) {
+            out += '%';
+            format.remove_prefix(2);
+            continue;
+        }
+        const Placeholder* found = nullptr;
+        for (const Placeholder& candidate : placeholders) {
+            if (format.starts_with(candidate.text))
+                found = &candidate;
+        }
+        if (!found) {
+            out += format.front();
+            format.remove_prefix(1);
+            continue;
+        }
+        if (argument == arguments.end())
+            out += nullText;
+        else
+            out += found->isInteger ? std::to_string((argument++)->integerValue()) : descriptionOf(*argument++);
+        format.remove_prefix(found->text.size());
+    }
+    return out;
+}
+
+std::string stringByAppendingPathComponent(std::string_view path, std::string_view component)
+{
+    std::string joined;
+    joined.reserve(path.size() + component.size() + 1);
+    const auto append = [&joined](std::string_view text) {
+        for (const char c : text) {
+            if (c != '/' || joined.empty() || joined.back() != '/')
+                joined += c;
+        }
+    };
+    append(path);
+    if (!joined.empty() && !component.empty())
+        append("/");
+    append(component);
+    if (joined.size() > 1 && joined.back() == '/')
+        joined.pop_back();
+    return joined;
+}
+
+std::string stringByAddingPercentEscapes(std::string_view text)
+{
+    std::string escaped;
+    for (const char c : text) {
+        const bool plain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
+            || std::string_view("-._~").find(c) != std::string_view::npos;
+        if (plain)
+            escaped += c;
+        else
+            escaped += printed("%%%02X", static_cast<unsigned>(static_cast<unsigned char>(c)));
+    }
+    return escaped;
+}
+
+std::vector<std::string> componentsSeparatedByString(std::string_view text, char separator)
+{
+    std::vector<std::string> pieces;
+    for (;;) {
+        const std::size_t end = text.find(separator);
+        pieces.emplace_back(text.substr(0, end));
+        if (end == std::string_view::npos)
+            return pieces;
+        text.remove_prefix(end + 1);
+    }
+}
+
+std::size_t utf16Length(std::string_view text)
+{
+    std::size_t units = 0;
+    while (!text.empty()) {
+        const Character c = firstCharacter(text);
+        units += c.codePoint >= 0x10000 ? 2 : 1;
+        text.remove_prefix(c.length);
+    }
+    return units;
+}
+
+std::string stringFromUtf8(std::string_view bytes)
+{
+    std::string text;
+    text.reserve(bytes.size());
+    while (!bytes.empty()) {
+        const Character c = firstCharacter(bytes);
+        text += c.valid ? bytes.substr(0, c.length) : replacementCharacter;
+        bytes.remove_prefix(c.length);
+    }
+    return text;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "Runtime/Value.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Why a file operation failed: the system's error number and its text.
+struct FileError {
+    int code = 0;
+    std::string text;
+};
+
+/// The phone's files. Paths are the phone's own, absolute ("/var/mobile/..."), and lie below a root of the host's
+/// choice; no path, whatever ".." it holds, leads out of that root.
+class Files {
+public:
+    virtual ~Files() = default;
+
+    /// The content of a regular file; nothing when it is missing, unreadable or no regular file.
+    virtual std::optional<Bytes> read(const std::string& path) const = 0;
+    /// Writes over the file in place: opened without truncation, overwritten, cut to its new length, made if missing.
+    /// When the disk or a limit refuses the longer content, the old content is still there, whole.
+    virtual std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) = 0;
+    /// Replaces the file by way of a temporary file in the same directory: readers see the old content or the new.
+    virtual std::optional<FileError> replace(const std::string& path, const Bytes& bytes) = 0;
+    /// Something stands at the path: a file or a directory alike.
+    virtual bool exists(const std::string& path) const = 0;
+    virtual std::optional<FileError> createDirectory(const std::string& path) = 0;
+    /// Removes a file, or a directory with all it holds.
+    virtual std::optional<FileError> remove(const std::string& path) = 0;
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// A message that waits for the user to send it. Attachments are paths on the phone.
+struct MailDraft {
+    std::string recipient;
+    std::string subject;
+    std::string body;
+    std::vector<std::string> attachments;
+};
+
+class Mail {
+public:
+    virtual ~Mail() = default;
+    /// Shows the draft to the user; false when no mail program could be reached.
+    virtual bool compose(const MailDraft& draft) = 0;
+};

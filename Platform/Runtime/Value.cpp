@@ -1,0 +1,166 @@
+#include "Runtime/Value.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+namespace {
+
+const Value nullValue;
+
+bool readsAsTrue(const std::string& text)
+{
+    std::size_t i = text.find_first_not_of(" \t\n\r\f\v");
+    if (i == std::string::npos)
+        return false;
+    if (text[i] == '+' || text[i] == '-')
+        ++i;
+    i = text.find_first_not_of('0', i);
+    return i != std::string::npos && std::string_view("YyTt123456789").find(text[i]) != std::string_view::npos;
+}
+
+std::int64_t clampedToInteger(double number)
+{
+    constexpr double limit = 9223372036854775808.0;
+    if (std::isnan(number))
+        return 0;
+    if (number >= limit)
+        return std::numeric_limits<std::int64_t>::max();
+    if (number <= -limit)
+        return std::numeric_limits<std::int64_t>::min();
+    return static_cast<std::int64_t>(number);
+}
+
+} // namespace
+
+Value::Value(unsigned long value)
+{
+    if (value > static_cast<unsigned long>(std::numeric_limits<std::int64_t>::max()))
+        _storage = std::uint64_t { value };
+    else
+        _storage = static_cast<std::int64_t>(value);
+}
+
+Value::Value(std::optional<std::string> value)
+{
+    if (value)
+        _storage = std::move(*value);
+}
+
+Value::Value(Array value)
+    : _storage(std::make_shared<const Array>(std::move(value)))
+{
+}
+
+Value::Value(Dictionary value)
+    : _storage(std::make_shared<const Dictionary>(std::move(value)))
+{
+}
+
+Value::Value(const Class* value)
+{
+    if (value)
+        _storage = value;
+}
+
+bool Value::isNumber() const
+{
+    return kind() == Kind::Integer || kind() == Kind::Unsigned || kind() == Kind::Real;
+}
+
+bool Value::boolValue() const
+{
+    switch (kind()) {
+    case Kind::Boolean:
+        return boolean();
+    case Kind::Integer:
+        return integer() != 0;
+    case Kind::Unsigned:
+        return true;
+    case Kind::Real:
+        return real() != 0;
+    case Kind::String:
+        return readsAsTrue(*string());
+    default:
+        return false;
+    }
+}
+
+double Value::doubleValue() const
+{
+    switch (kind()) {
+    case Kind::Boolean:
+        return boolean() ? 1 : 0;
+    case Kind::Integer:
+        return static_cast<double>(integer());
+    case Kind::Unsigned:
+        return static_cast<double>(unsignedInteger());
+    case Kind::Real:
+        return real();
+    case Kind::String:
+        return std::strtod(string()->c_str(), nullptr);
+    default:
+        return 0;
+    }
+}
+
+std::int64_t Value::integerValue() const
+{
+    if (kind() == Kind::Integer)
+        return integer();
+    return clampedToInteger(doubleValue());
+}
+
+const Value::Array* Value::array() const
+{
+    const auto* held = std::get_if<std::shared_ptr<const Array>>(&_storage);
+    return held ? held->get() : nullptr;
+}
+
+const Value::Dictionary* Value::dictionary() const
+{
+    const auto* held = std::get_if<std::shared_ptr<const Dictionary>>(&_storage);
+    return held ? held->get() : nullptr;
+}
+
+const Class* Value::classObject() const
+{
+    const auto* held = std::get_if<const Class*>(&_storage);
+    return held ? *held : nullptr;
+}
+
+std::shared_ptr<NSObject> Value::object() const
+{
+    const auto* held = std::get_if<std::shared_ptr<NSObject>>(&_storage);
+    return held ? *held : nullptr;
+}
+
+std::optional<std::string> Value::optionalString() const
+{
+    if (const auto* text = string())
+        return *text;
+    return std::nullopt;
+}
+
+const Value& Value::operator[](std::string_view key) const
+{
+    const auto* entries = dictionary();
+    return entries ? valueForKey(*entries, key) : nullValue;
+}
+
+bool Value::operator==(const Value& other) const
+{
+    if (kind() != other.kind())
+        return false;
+    if (const auto* mine = array())
+        return *mine == *other.array();
+    if (const auto* mine = dictionary())
+        return *mine == *other.dictionary();
+    return _storage == other._storage;
+}
+
+const Value& valueForKey(const Dictionary& dictionary, std::string_view key)
+{
+    const auto entry = dictionary.find(key);
+    return entry == dictionary.end() ? nullValue : entry->second;
+}

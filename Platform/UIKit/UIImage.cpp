@@ -1,0 +1,209 @@
+#include "UIKit/UIImage.h"
+
+#include "Foundation/NSFileManager.h"
+#include "Foundation/NSKeyedArchiver.h"
+#include "Foundation/NSString.h"
+#include "Phone/Phone.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+NS_IMPLEMENTATION(UIImage)
+
+namespace {
+
+constexpr const char* archivedDataField = "UIImageData";
+constexpr const char* archivedScaleField = "UIScale";
+constexpr int bytesPerPixel = 4;
+constexpr int opaqueAlpha = 255;
+
+Value encodeImage(NSObject& object)
+{
+    auto& image = static_cast<UIImage&>(object);
+    auto png = UIImagePNGRepresentation(image.self());
+    if (!png)
+        return {};
+    return Dictionary { { archivedDataField, std::move(*png) }, { archivedScaleField, image.scale() } };
+}
+
+std::shared_ptr<NSObject> decodeImage(const Dictionary& fields)
+{
+    const auto* data = valueForKey(fields, archivedDataField).data();
+    const double scale = valueForKey(fields, archivedScaleField).doubleValue();
+    return data ? UIImage::imageWithData(*data, scale > 0 ? scale : 1) : nullptr;
+}
+
+[[maybe_unused]] const bool archivesImages = registerKeyedCoding(UIImage::classObject(), { encodeImage, decodeImage });
+
+struct ImageContext {
+    double scale;
+    Bitmap bitmap;
+};
+
+std::vector<ImageContext>& contexts()
+{
+    static std::vector<ImageContext> open;
+    return open;
+}
+
+/// Source over destination, neither premultiplied.
+void blendPixel(const std::uint8_t* source, std::uint8_t* destination)
+{
+    const int sourceAlpha = source[3];
+    const int kept = destination[3] * (opaqueAlpha - sourceAlpha) / opaqueAlpha;
+    const int alpha = sourceAlpha + kept;
+    if (alpha == 0)
+        return;
+    for (int channel = 0; channel < 3; ++channel)
+        destination[channel] =
+            static_cast<std::uint8_t>((source[channel] * sourceAlpha + destination[channel] * kept) / alpha);
+    destination[3] = static_cast<std::uint8_t>(alpha);
+}
+
+void blendAt(const Bitmap& source, Bitmap& destination, int left, int top)
+{
+    const int firstRow = std::max(0, -top);
+    const int lastRow = std::min(source.height, destination.height - top);
+    const int firstColumn = std::max(0, -left);
+    const int lastColumn = std::min(source.width, destination.width - left);
+    for (int row = firstRow; row < lastRow; ++row) {
+        for (int column = firstColumn; column < lastColumn; ++column) {
+            const auto from = (static_cast<std::size_t>(row) * source.width + column) * bytesPerPixel;
+            const auto to = (static_cast<std::size_t>(row + top) * destination.width + column + left) * bytesPerPixel;
+            blendPixel(&source.rgba[from], &destination.rgba[to]);
+        }
+    }
+}
+
+int pixels(double points, double scale)
+{
+    constexpr double greatest = 32767;
+    return static_cast<int>(std::clamp(std::round(points * scale), 0.0, greatest));
+}
+
+} // namespace
+
+std::shared_ptr<UIImage> UIImage::imageWithData(Bytes data, double scale)
+{
+    const auto& images = Phone::current().images;
+    const auto size = images ? images->size(data) : std::nullopt;
+    if (!size)
+        return nullptr;
+    auto image = std::make_shared<UIImage>();
+    image->_pixels = *size;
+    image->_scale = scale;
+    image->_encoded = std::move(data);
+    return image;
+}
+
+std::shared_ptr<UIImage> UIImage::imageWithBitmap(std::shared_ptr<const Bitmap> bitmap, double scale)
+{
+    if (!bitmap)
+        return nullptr;
+    auto image = std::make_shared<UIImage>();
+    image->_pixels = { bitmap->width, bitmap->height };
+    image->_scale = scale;
+    image->_bitmap = std::move(bitmap);
+    return image;
+}
+
+std::shared_ptr<UIImage> UIImage::imageWithContentsOfFile(const std::string& path)
+{
+    auto data = dataWithContentsOfFile(path);
+    return data ? imageWithData(std::move(*data)) : nullptr;
+}
+
+std::shared_ptr<UIImage> UIImage::imageNamed_inBundle(const std::string& name, const NSBundle& bundle)
+{
+    const auto scale = static_cast<long>(std::ceil(UIScreen::mainScreenScale()));
+    for (const long candidate : { scale, 2L, 3L, 1L }) {
+        const std::string suffix = candidate > 1 ? stringWithFormat("@%ldx.png", { candidate }) : ".png";
+        auto data = dataWithContentsOfFile(stringByAppendingPathComponent(bundle.bundlePath(), name + suffix));
+        if (!data)
+            continue;
+        if (auto image = imageWithData(std::move(*data), static_cast<double>(candidate)))
+            return image;
+    }
+    return nullptr;
+}
+
+CGSize UIImage::size() const
+{
+    return { _pixels.width / _scale, _pixels.height / _scale };
+}
+
+std::shared_ptr<UIImage> UIImage::imageWithRenderingMode(UIImageRenderingMode mode) const
+{
+    auto image = std::make_shared<UIImage>();
+    image->_pixels = _pixels;
+    image->_scale = _scale;
+    image->_encoded = _encoded;
+    image->_bitmap = _bitmap;
+    image->_renderingMode = mode;
+    return image;
+}
+
+std::shared_ptr<const Bitmap> UIImage::bitmap() const
+{
+    if (!_bitmap && !_encoded.empty() && Phone::current().images)
+        _bitmap = Phone::current().images->decode(_encoded);
+    return _bitmap;
+}
+
+void UIImage::drawInRect(const CGRect& rect) const
+{
+    const auto& images = Phone::current().images;
+    const auto source = bitmap();
+    if (contexts().empty() || !images || !source)
+        return;
+    ImageContext& context = contexts().back();
+    const PixelSize size { pixels(rect.width, context.scale), pixels(rect.height, context.scale) };
+    if (const auto scaled = images->scaled(*source, size))
+        blendAt(*scaled, context.bitmap, static_cast<int>(std::round(rect.x * context.scale)),
+            static_cast<int>(std::round(rect.y * context.scale)));
+}
+
+std::optional<Bytes> UIImagePNGRepresentation(const std::shared_ptr<UIImage>& image)
+{
+    const auto bitmap = image ? image->bitmap() : nullptr;
+    return bitmap && Phone::current().images ? Phone::current().images->encodePng(*bitmap) : std::nullopt;
+}
+
+void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, double scale)
+{
+    const double used = scale > 0 ? scale : UIScreen::mainScreenScale();
+    Bitmap bitmap { pixels(size.width, used), pixels(size.height, used), {} };
+    bitmap.rgba.resize(static_cast<std::size_t>(bitmap.width) * bitmap.height * bytesPerPixel);
+    if (opaque) {
+        for (std::size_t i = 3; i < bitmap.rgba.size(); i += bytesPerPixel)
+            bitmap.rgba[i] = opaqueAlpha;
+    }
+    contexts().push_back({ used, std::move(bitmap) });
+}
+
+std::shared_ptr<UIImage> UIGraphicsGetImageFromCurrentImageContext()
+{
+    if (contexts().empty())
+        return nullptr;
+    const ImageContext& context = contexts().back();
+    return UIImage::imageWithBitmap(std::make_shared<const Bitmap>(context.bitmap), context.scale);
+}
+
+void UIGraphicsEndImageContext()
+{
+    if (!contexts().empty())
+        contexts().pop_back();
+}
+
+std::size_t UIGraphicsDrainImageContexts()
+{
+    const std::size_t open = contexts().size();
+    contexts().clear();
+    return open;
+}
+
+double UIScreen::mainScreenScale()
+{
+    return Phone::current().screenScale;
+}

@@ -1,0 +1,97 @@
+#include "UIKit/UIViewController.h"
+
+NS_IMPLEMENTATION(UIBarButtonItem)
+NS_IMPLEMENTATION(UIViewController)
+NS_IMPLEMENTATION(UINavigationController)
+
+std::shared_ptr<UIBarButtonItem> UIBarButtonItem::itemWithImage_style_target_action(std::shared_ptr<UIImage> image,
+    UIBarButtonItemStyle style, const std::shared_ptr<NSObject>& target, std::string action)
+{
+    auto item = std::make_shared<UIBarButtonItem>();
+    item->_image = std::move(image);
+    item->_style = style;
+    item->_target = target;
+    item->_action = std::move(action);
+    return item;
+}
+
+void UIBarButtonItem::performAction()
+{
+    if (const auto receiver = target())
+        receiver->performSelector(_action, self());
+}
+
+UIViewController::~UIViewController() = default;
+
+void UIViewController::loadViewIfNeeded()
+{
+    if (_loaded)
+        return;
+    _loaded = true;
+    viewDidLoad();
+}
+
+void UIViewController::presentViewController_animated_completion(
+    const std::shared_ptr<UIViewController>& controller, bool /*animated*/, const std::function<void()>& completion)
+{
+    if (!controller || _presented)
+        return;
+    _presented = controller;
+    controller->_presenting = self();
+    controller->setNavigationController(navigationController());
+    controller->loadViewIfNeeded();
+    const auto navigation = navigationController();
+    if (const auto observer = navigation ? navigation->observer() : nullptr)
+        observer->didPresent(controller);
+    if (completion)
+        completion();
+}
+
+void UIViewController::dismissViewControllerAnimated_completion(bool animated, const std::function<void()>& completion)
+{
+    if (!_presented) {
+        if (const auto presenting = presentingViewController())
+            presenting->dismissViewControllerAnimated_completion(animated, completion);
+        return;
+    }
+    const auto dismissed = std::exchange(_presented, nullptr);
+    dismissed->_presenting.reset();
+    const auto navigation = navigationController();
+    if (const auto observer = navigation ? navigation->observer() : nullptr)
+        observer->didDismiss(dismissed);
+    if (completion)
+        completion();
+}
+
+void UINavigationController::pushViewController_animated(
+    const std::shared_ptr<UIViewController>& controller, bool /*animated*/)
+{
+    if (!controller)
+        return;
+    controller->setNavigationController(self());
+    _stack.push_back(controller);
+    const auto told = observer();
+    try {
+        if (told)
+            told->willPush(controller);
+        controller->loadViewIfNeeded();
+        controller->viewWillAppear();
+    } catch (...) {
+        _stack.pop_back();
+        throw;
+    }
+    if (told)
+        told->didPush(controller);
+}
+
+std::shared_ptr<UIViewController> UINavigationController::popViewControllerAnimated(bool /*animated*/)
+{
+    if (_stack.size() < 2)
+        return nullptr;
+    auto popped = _stack.back();
+    _stack.pop_back();
+    if (const auto told = observer())
+        told->didPop(popped);
+    _stack.back()->viewWillAppear();
+    return popped;
+}

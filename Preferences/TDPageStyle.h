@@ -1,0 +1,16 @@
+#pragma once
+
+#include "UIKit/UITableViewCell.h"
+
+/// The product's blue: bars, enabled texts, tinted icons, sliders, banners.
+inline constexpr UIColor accentColor { 28 / 255.0F, 77 / 255.0F, 170 / 255.0F, 1 };
+
+/// White while the system is dark, else the accent colour.
+UIColor accentOrWhite();
+
+/// Colours the title and the value of a cell: the colour above where the cell can be worked, else light grey at half
+/// alpha.
+void colorTexts(UITableViewCell& cell);
+
+/// Has the cell's icon drawn as a template in that colour.
+void tintIcon(UITableViewCell& cell, const UIColor& color);

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Phone/PairedDevices.h"
+#include "Phone/Subscriptions.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What a file says about its phone. A service that the file leaves out, or gives as null, is absent.
+struct DemoDescription {
+    std::optional<bool> dark;
+    double scale = 2;
+    std::optional<std::vector<Subscription>> subscriptions;
+    std::optional<std::vector<PairedDevice>> pairedDevices;
+    /// A picture file for each app, as the file writes it.
+    std::optional<std::map<std::string, std::string>> homeScreen;
+    /// Picture files, as the file writes them.
+    std::vector<std::string> photos;
+};
+
+/// Nothing, and in `error` one line that names the file, the place in it and what is wrong there, when the file does
+/// not describe a phone. Raises nothing, whatever the file holds.
+std::optional<DemoDescription> readDemoDescription(const std::string& file, std::string& error);

@@ -1,0 +1,80 @@
+#include "Demo/DemoServices.h"
+
+#include "Demo/DemoFile.h"
+#include "Demo/PhoneNumberGroups.h"
+#include "Foundation/NSKeyedArchiver.h"
+#include "UIKit/UIImage.h"
+
+namespace {
+
+constexpr const char* iconService = "com.vexil.tandem";
+constexpr const char* iconMessage = "com.vexil.tandem.app.icon";
+constexpr const char* messageData = "TDServiceMessageData";
+constexpr std::size_t largestPicture = 16U << 20U;
+
+} // namespace
+
+std::string DemoSubscriptions::formattedNumber(const std::string& number) const
+{
+    return groupedPhoneNumber(number);
+}
+
+Value DemoHomeScreen::ask(const std::string& service, const std::string& message, const Value& userInfo)
+{
+    const auto* app = userInfo[messageData].string();
+    if (service != iconService || message != iconMessage || !app)
+        return {};
+    const Value icon = archivedIcon(*app);
+    return icon.isNull() ? Value() : Value(Dictionary { { messageData, icon } });
+}
+
+Value DemoHomeScreen::archivedIcon(const std::string& app) const
+{
+    const auto picture = _pictures.find(app);
+    if (picture == _pictures.end())
+        return {};
+    std::string problem;
+    auto bytes = contentOfFile(picture->second, largestPicture, problem);
+    const auto icon = bytes ? UIImage::imageWithData(std::move(*bytes), _scale) : nullptr;
+    auto archive = icon ? NSKeyedArchiver::archivedDataWithRootObject(icon) : std::nullopt;
+    return archive ? Value(std::move(*archive)) : Value();
+}
+
+void DemoNotifications::post(const std::string& name)
+{
+    _pending.push_back(name);
+    if (_pending.size() > 1)
+        return;
+    while (!_pending.empty()) {
+        deliver(_pending.front());
+        _pending.pop_front();
+    }
+}
+
+void DemoNotifications::deliver(const std::string& name)
+{
+    // Observers that are added meanwhile begin with the next one.
+    const std::size_t count = _observers.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto [observed, handler] = _observers[i];
+        if (observed == name && handler)
+            handler(name);
+    }
+}
+
+void DemoNotifications::addObserver(const std::string& name, Handler handler)
+{
+    _observers.emplace_back(name, std::move(handler));
+}
+
+bool DemoMail::compose(const MailDraft& draft)
+{
+    _drafts.push_back(draft);
+    return true;
+}
+
+bool DemoLinks::open(const std::string& url)
+{
+    _urls.push_back(url);
+    return true;
+}

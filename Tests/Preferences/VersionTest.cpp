@@ -1,0 +1,203 @@
+#include "Foundation/NSString.h"
+#include "Support/PageTest.h"
+#include "TDCallsSettingsController.h"
+#include "TDMessagesSettingsController.h"
+#include "TDMiscSettingsController.h"
+#include "TDPageStyle.h"
+#include "TDProductVersion.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+
+namespace {
+
+/// A package database of its own, filled by the package tool itself, which the query tool reads while this lives.
+class PackageDatabase {
+public:
+    PackageDatabase()
+    {
+        std::filesystem::create_directories(admin() / "updates");
+        std::filesystem::create_directories(admin() / "info");
+        std::filesystem::create_directories(_folder.path() / "root");
+        std::ofstream(admin() / "status");
+        std::ofstream(admin() / "available");
+        setenv("DPKG_ADMINDIR", admin().c_str(), 1);
+    }
+    ~PackageDatabase() { unsetenv("DPKG_ADMINDIR"); }
+    PackageDatabase(const PackageDatabase&) = delete;
+    PackageDatabase& operator=(const PackageDatabase&) = delete;
+
+    /// Builds a package of that name and installs it.
+    void install(const std::string& name, const std::string& version)
+    {
+        const auto tree = _folder.path() / name;
+        std::filesystem::create_directories(tree / "DEBIAN");
+        std::ofstream(tree / "DEBIAN/control")
+            << "Package: " << name << "\nVersion: " << version
+            << "\nArchitecture: all\nMaintainer: Test <test@vexil.example>\nDescription: test\n";
+        run("dpkg-deb --build --root-owner-group '" + tree.string() + "' '" + tree.string() + ".deb'");
+        run("dpkg --force-not-root --force-script-chrootless --admindir='" + admin().string() + "' --instdir='"
+            + (_folder.path() / "root").string() + "' --log=/dev/null -i '" + tree.string() + ".deb'");
+    }
+
+private:
+    std::filesystem::path admin() const { return _folder.path() / "admin"; }
+    static void run(const std::string& command)
+    {
+        // The tool looks for programs of the system's folders, which a user's own search path may leave out.
+        EXPECT_EQ(std::system(("PATH=\"$PATH:/usr/sbin:/sbin\" " + command + " >/dev/null 2>&1").c_str()), 0)
+            << command;
+    }
+
+    TemporaryDirectory _folder;
+};
+
+std::string thisYear()
+{
+    const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
+    return std::to_string(static_cast<int>(std::chrono::year_month_day(today).year()));
+}
+
+class Version : public PageTest {
+protected:
+    Version()
+    {
+        for (const char* page : { "Root", "Calls", "Messages", "Misc" })
+            phone.writePage(page, Array { item("PSGroupCell", "first"), item("PSGroupCell", "CopyRightHeader") });
+    }
+
+    void giveBundleVersion(const Value& version)
+    {
+        phone.writePropertyList(stringByAppendingPathComponent(TestPhone::bundlePath, "Root.plist"),
+            Dictionary { { "Version", version }, { "items", plainItems({ "CopyRightHeader" }) } });
+    }
+};
+
+TEST_F(Version, InstalledPackageGivesTheVersion)
+{
+    PackageDatabase packages;
+    packages.install("com.vexil.tandem", "4.5.6~test-1");
+    giveBundleVersion("bundle");
+    EXPECT_EQ(packageVersion("com.vexil.tandem"), "4.5.6~test-1");
+    EXPECT_EQ(getProductVersion(), "4.5.6~test-1");
+}
+
+TEST_F(Version, PackageThatIsNotInstalledFallsBackToTheBundle)
+{
+    PackageDatabase packages;
+    giveBundleVersion("1.2.3");
+    EXPECT_EQ(packageVersion("com.vexil.tandem"), std::nullopt);
+    EXPECT_EQ(getProductVersion(), "1.2.3");
+}
+
+TEST_F(Version, NeitherPackageNorBundleShowsThePlaceholderForNull)
+{
+    PackageDatabase packages;
+    phone.files->remove(stringByAppendingPathComponent(TestPhone::bundlePath, "Root.plist"));
+    EXPECT_EQ(getProductVersion(), std::nullopt);
+    EXPECT_EQ(std::make_shared<TDCallsSettingsController>()->copryRightSpecifierText(2026),
+        "Version (null) © 2026 Vexil. All rights reserved.");
+}
+
+TEST_F(Version, BundleVersionIsReadAgainUntilItCanBeRead)
+{
+    PackageDatabase packages;
+    phone.files->remove(stringByAppendingPathComponent(TestPhone::bundlePath, "Root.plist"));
+    EXPECT_EQ(getProductInfoDict(), nullptr);
+    giveBundleVersion("first");
+    EXPECT_EQ(getProductVersion(), "first");
+    giveBundleVersion("second");
+    EXPECT_EQ(getProductVersion(), "first");
+}
+
+TEST_F(Version, IdentifierWithAQuoteIsPassedThroughUnchanged)
+{
+    PackageDatabase packages;
+    // The quote ends the quoted word: the shell sees a word that is never closed, and fails.
+    EXPECT_EQ(packageVersion("it's"), std::nullopt);
+    // With a second one the shell sees two words, exactly as they were given.
+    packages.install("abc", "1");
+    EXPECT_EQ(packageVersion("a'b'c"), "1");
+}
+
+TEST_F(Version, OutputOfMoreThanOneBufferIsJoinedUnchanged)
+{
+    PackageDatabase packages;
+    std::string expected;
+    for (int i = 0; i < 4; ++i) {
+        const std::string version = std::to_string(i) + "." + std::string(600, static_cast<char>('0' + i));
+        packages.install("long" + std::to_string(i), version);
+        expected += version;
+    }
+    EXPECT_GT(expected.size(), 2 * 1023U);
+    EXPECT_EQ(packageVersion("long*"), expected);
+}
+
+TEST_F(Version, TrailingNewlineIsKept)
+{
+    PackageDatabase packages;
+    packages.install("abc", "1");
+    EXPECT_EQ(packageVersion("abc'; echo '"), "1\n");
+}
+
+TEST_F(Version, FailingStatusGivesNothingThoughThereWasOutput)
+{
+    EXPECT_EQ(packageVersion("x'; echo output; exit 3; '"), std::nullopt);
+}
+
+TEST_F(Version, EveryPageGetsAFooterWithTheVersionAndTheCurrentYear)
+{
+    PackageDatabase packages;
+    packages.install("com.vexil.tandem", "7");
+    const Value expected("Version 7 © " + thisYear() + " Vexil. All rights reserved.");
+    EXPECT_EQ(rowOf(*openRoot(), "CopyRightHeader")->propertyForKey("footerText"), expected);
+    EXPECT_EQ(rowOf(*open<TDCallsSettingsController>(), "CopyRightHeader")->propertyForKey("footerText"), expected);
+    EXPECT_EQ(rowOf(*open<TDMessagesSettingsController>(), "CopyRightHeader")->propertyForKey("footerText"), expected);
+    EXPECT_EQ(rowOf(*open<TDMiscSettingsController>(), "CopyRightHeader")->propertyForKey("footerText"), expected);
+}
+
+TEST_F(Version, FooterSurvivesARebuildOfTheRows)
+{
+    const auto page = open<TDCallsSettingsController>();
+    const Value footer = rowOf(*page, "CopyRightHeader")->propertyForKey("footerText");
+    page->reloadSpecifiers();
+    EXPECT_EQ(rowOf(*page, "CopyRightHeader")->propertyForKey("footerText"), footer);
+    EXPECT_TRUE(footer.string());
+}
+
+TEST_F(Version, PageWithoutTheFooterRowHasNoFooter)
+{
+    phone.writePage("Calls", plainItems({ "a", "b" }));
+    const auto page = open<TDCallsSettingsController>();
+    EXPECT_EQ(page->copyRightSpecifier(), nullptr);
+    EXPECT_EQ(rowOf(*page, "a")->propertyForKey("footerText"), Value());
+}
+
+TEST_F(Version, HooksAnswerBySelectorToo)
+{
+    PackageDatabase packages;
+    packages.install("com.vexil.tandem", "7");
+    const auto page = open<TDCallsSettingsController>();
+    EXPECT_EQ(
+        page->performSelector("copryRightSpecifierText:", 1999), Value("Version 7 © 1999 Vexil. All rights reserved."));
+    EXPECT_EQ(page->performSelector("hasCustomNavigationBarColor"), Value(true));
+    EXPECT_EQ(page->performSelector("customNavigationBarColor"), Value(accentColor));
+    EXPECT_EQ(page->performSelector("copyRightSpecifier"), Value(rowOf(*page, "CopyRightHeader")));
+}
+
+TEST_F(Version, ShareMessageIsTheTextOrItsTranslationAndThePictureComesFromTheBundle)
+{
+    const std::string text = "I'm Loving #Pairo, which brings ability to choose sim while dialing a number or texting "
+                             "from dual (e)Sim iPhones.";
+    const auto page = open<TDCallsSettingsController>();
+    EXPECT_EQ(page->twitterMessage(), text);
+    EXPECT_EQ(page->twitterImage(), nullptr);
+    phone.translate("de", { { text, "Übersetzt" } });
+    phone.writeFile(stringByAppendingPathComponent(TestPhone::bundlePath, "twitter.png"), phone.png(8, 4));
+    EXPECT_EQ(page->twitterMessage(), "Übersetzt");
+    ASSERT_TRUE(page->twitterImage());
+    EXPECT_EQ(page->twitterImage()->size(), (CGSize { 8, 4 }));
+}
+
+} // namespace
