@@ -1,22 +1,59 @@
 #include "Runtime/Value.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 
 namespace {
+
+constexpr const char* spaces = " \t\n\r\f\v";
 
 const Value nullValue;
 
 bool readsAsTrue(const std::string& text)
 {
-    std::size_t i = text.find_first_not_of(" \t\n\r\f\v");
+    std::size_t i = text.find_first_not_of(spaces);
     if (i == std::string::npos)
         return false;
     if (text[i] == '+' || text[i] == '-')
         ++i;
     i = text.find_first_not_of('0', i);
     return i != std::string::npos && std::string_view("YyTt123456789").find(text[i]) != std::string_view::npos;
+}
+
+/// The text from its number on, without spaces and plus sign before it; empty where it does not begin with a number.
+std::string_view fromNumber(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(spaces), text.size()));
+    std::string_view digits = text;
+    if (digits.starts_with('+') || digits.starts_with('-'))
+        digits.remove_prefix(1);
+    const bool isNumber = !digits.empty() && std::string_view(".0123456789").find(digits.front()) != std::string_view::npos;
+    if (!isNumber)
+        return {};
+    return text.front() == '+' ? digits : text;
+}
+
+/// Spelt with a decimal point, whatever the user's locale.
+double realOf(std::string_view text)
+{
+    const std::string_view number = fromNumber(text);
+    double real = 0;
+    std::from_chars(number.data(), number.data() + number.size(), real);
+    return real;
+}
+
+/// The integer that the text begins with; nothing for one with fraction or exponent, and for one beyond the range.
+std::optional<std::int64_t> integerOf(std::string_view text)
+{
+    const std::string_view number = fromNumber(text);
+    std::int64_t integer = 0;
+    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), integer);
+    const std::string_view rest(end, static_cast<std::size_t>(number.data() + number.size() - end));
+    if (error != std::errc() || rest.find_first_of(".eE") == 0)
+        return std::nullopt;
+    return integer;
 }
 
 std::int64_t clampedToInteger(double number)
@@ -98,7 +135,7 @@ double Value::doubleValue() const
     case Kind::Real:
         return real();
     case Kind::String:
-        return std::strtod(string()->c_str(), nullptr);
+        return realOf(*string());
     default:
         return 0;
     }
@@ -108,7 +145,8 @@ std::int64_t Value::integerValue() const
 {
     if (kind() == Kind::Integer)
         return integer();
-    return clampedToInteger(doubleValue());
+    const auto exact = kind() == Kind::String ? integerOf(*string()) : std::nullopt;
+    return exact ? *exact : clampedToInteger(doubleValue());
 }
 
 const Value::Array* Value::array() const

@@ -80,9 +80,11 @@ public:
         : _storage(value)
     {
     }
+    /// A null pointer makes the null value.
     Value(const char* value)
-        : _storage(std::string(value))
     {
+        if (value)
+            _storage = std::string(value);
     }
     Value(std::string value)
         : _storage(std::move(value))
@@ -123,7 +125,8 @@ public:
     /// The boolean reading: false for null, zero, and texts that do not begin (after spaces, sign and zeros) with Y, T
     /// or a digit 1 to 9; false for everything that is neither boolean, number nor string.
     bool boolValue() const;
-    /// The number, or 0 for anything that is no number. Booleans read as 0 and 1, texts as the number they begin with.
+    /// The number, or 0 for anything that is no number. Booleans read as 0 and 1, texts as the number they begin with,
+    /// or 0 where it is beyond the range.
     double doubleValue() const;
     /// The integer, cut towards zero and clamped to the range; 0 for anything that is no number.
     std::int64_t integerValue() const;

@@ -16,7 +16,6 @@ public:
     void feed(const std::string& food) { lastCall = "feed " + food; }
     void move_to(long from, long to) { lastCall = "move " + std::to_string(from) + " " + std::to_string(to); }
     void setTame(bool tame) { lastCall = tame ? "tame" : "wild"; }
-    void setAge(int age) { lastCall = "age " + std::to_string(age); }
     void meet(const std::shared_ptr<Animal>& other) { lastCall = other ? "meet " + other->sound() : "meet nobody"; }
     void become(const Class* cls) { lastCall = cls ? "become " + cls->name() : "become nothing"; }
     Value echo(const Value& value) { return value; }
@@ -57,7 +56,7 @@ private:
 };
 
 NS_IMPLEMENTATION(Animal, NS_METHOD(sound), NS_METHOD(rest), NS_METHOD(feed), NS_METHOD(move_to), NS_METHOD(setTame),
-    NS_METHOD(setAge), NS_METHOD(meet), NS_METHOD(become), NS_METHOD(echo), NS_METHOD(child), NS_METHOD(vx__find_name))
+    NS_METHOD(meet), NS_METHOD(become), NS_METHOD(echo), NS_METHOD(child), NS_METHOD(vx__find_name))
 NS_IMPLEMENTATION(Dog, NS_METHOD(fetch))
 NS_IMPLEMENTATION(Shape, NS_METHOD(area))
 NS_IMPLEMENTATION(Square)
@@ -258,10 +257,8 @@ TEST_F(Performing, ArgumentsOfAnotherTypeArriveAsTheirReadingOrEmpty)
     EXPECT_EQ(callAfter("become:", &Dog::classObject()), "become Dog");
 }
 
-TEST_F(Performing, AnIntegerTooLargeForItsParameterIsCutToItsRange)
+TEST_F(Performing, ANumberBeyondTheRangeOfIntegersArrivesClamped)
 {
-    EXPECT_EQ(callAfter("setAge:", 4294967297), "age 2147483647");
-    EXPECT_EQ(callAfter("setAge:", -4294967297), "age -2147483648");
     EXPECT_EQ(callAfter("move:to:", 18446744073709551615UL, -1e300),
         "move 9223372036854775807 -9223372036854775808");
 }

@@ -59,6 +59,20 @@ std::string thisYear()
     return std::to_string(static_cast<int>(std::chrono::year_month_day(today).year()));
 }
 
+/// The bundle's dictionary is kept for the life of the process, so what is said of its first reading needs a process of
+/// its own: the death test runs the program anew for it.
+template <class Checks>
+void inAFreshProcess(Checks checks)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            checks();
+            std::exit(::testing::Test::HasFailure() ? 1 : 0);
+        },
+        ::testing::ExitedWithCode(0), "");
+}
+
 class Version : public PageTest {
 protected:
     Version()
@@ -88,27 +102,31 @@ TEST_F(Version, PackageThatIsNotInstalledFallsBackToTheBundle)
     PackageDatabase packages;
     giveBundleVersion("1.2.3");
     EXPECT_EQ(packageVersion("com.vexil.tandem"), std::nullopt);
-    EXPECT_EQ(getProductVersion(), "1.2.3");
+    inAFreshProcess([] { EXPECT_EQ(getProductVersion(), "1.2.3"); });
 }
 
 TEST_F(Version, NeitherPackageNorBundleShowsThePlaceholderForNull)
 {
     PackageDatabase packages;
     phone.files->remove(stringByAppendingPathComponent(TestPhone::bundlePath, "Root.plist"));
-    EXPECT_EQ(getProductVersion(), std::nullopt);
-    EXPECT_EQ(std::make_shared<TDCallsSettingsController>()->copryRightSpecifierText(2026),
-        "Version (null) © 2026 Vexil. All rights reserved.");
+    inAFreshProcess([] {
+        EXPECT_EQ(getProductVersion(), std::nullopt);
+        EXPECT_EQ(std::make_shared<TDCallsSettingsController>()->copryRightSpecifierText(2026),
+            "Version (null) © 2026 Vexil. All rights reserved.");
+    });
 }
 
 TEST_F(Version, BundleVersionIsReadAgainUntilItCanBeRead)
 {
     PackageDatabase packages;
     phone.files->remove(stringByAppendingPathComponent(TestPhone::bundlePath, "Root.plist"));
-    EXPECT_EQ(getProductInfoDict(), nullptr);
-    giveBundleVersion("first");
-    EXPECT_EQ(getProductVersion(), "first");
-    giveBundleVersion("second");
-    EXPECT_EQ(getProductVersion(), "first");
+    inAFreshProcess([this] {
+        EXPECT_EQ(getProductInfoDict(), nullptr);
+        giveBundleVersion("first");
+        EXPECT_EQ(getProductVersion(), "first");
+        giveBundleVersion("second");
+        EXPECT_EQ(getProductVersion(), "first");
+    });
 }
 
 TEST_F(Version, IdentifierWithAQuoteIsPassedThroughUnchanged)

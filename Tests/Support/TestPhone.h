@@ -49,6 +49,9 @@ public:
 /// A phone of fakes on a folder of its own, with real property lists, files and images, and an empty bundle to which a
 /// test writes the page definitions that it wants.
 class TestPhone {
+    // First, because the files below it need it from the beginning to the end.
+    TemporaryDirectory _root;
+
 public:
     static constexpr const char* settingsPath = "/var/mobile/Library/Preferences/com.vexil.tandem.plist";
     static constexpr const char* bundlePath = "/Library/PreferenceBundles/TandemPreferences.bundle";
@@ -89,9 +92,6 @@ public:
     std::shared_ptr<FakeAppearance> appearance = std::make_shared<FakeAppearance>();
     std::shared_ptr<RecordedMail> mail = std::make_shared<RecordedMail>();
     std::shared_ptr<RecordedLinks> links = std::make_shared<RecordedLinks>();
-
-private:
-    TemporaryDirectory _root;
 };
 
 /// An item of a page definition.

@@ -12,7 +12,7 @@ namespace {
 constexpr const char* demoFile = TANDEM_DEMO_PHONE "/demo.json";
 constexpr const char* bundle = TANDEM_BUNDLE;
 constexpr const char* messageData = "TDServiceMessageData";
-constexpr double iconSize = 60;
+constexpr double iconSize = 29;
 constexpr std::size_t uuidLength = 36;
 
 Bytes contentOf(const std::string& path)
