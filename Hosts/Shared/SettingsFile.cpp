@@ -115,6 +115,8 @@ void SettingsFile::keepGoodCopy()
     if (now == _copied)
         return;
     const auto content = _files->read(path);
-    if (content && isWhole(*content) && !_files->replace(goodCopyPath, *content))
+    if (!content || !isWhole(*content))
+        return;
+    if (_files->read(goodCopyPath) == content || !_files->replace(goodCopyPath, *content))
         _copied = now;
 }

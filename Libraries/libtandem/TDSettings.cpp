@@ -2,6 +2,8 @@
 
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSNotificationCenter.h"
+#include "Foundation/NSString.h"
+#include "libtandem/TDLogFile.h"
 
 NS_IMPLEMENTATION(TDSettings, NS_METHOD(reloadSettings))
 
@@ -50,6 +52,8 @@ void TDSettings::load()
 void TDSettings::reloadSettings()
 {
     load();
+    if (isLoggingEnabled())
+        appendToLogFile(stringWithFormat("Settings were read: %@", { _settings }));
     NSNotificationCenter::defaultCenter().postNotificationName(reloadedNotification);
 }
 

@@ -2,6 +2,8 @@
 
 #include "Foundation/NSString.h"
 #include "Phone/Phone.h"
+#include "libtandem/TDLogFile.h"
+#include "libtandem/TDSettings.h"
 
 NS_IMPLEMENTATION(TDCarrierBundleController)
 
@@ -19,8 +21,11 @@ std::optional<std::string> TDCarrierBundleController::localizedCarrierNameForSub
 
 void TDUtils::logMessage(std::string_view format, std::initializer_list<Value> arguments)
 {
+    const std::string line = stringWithFormat(format, arguments);
     if (const auto& log = Phone::current().systemLog)
-        log->write(stringWithFormat(format, arguments));
+        log->write(line);
+    if (TDSettings::sharedSettings()->isLoggingEnabled())
+        appendToLogFile(line);
 }
 
 bool TDUtils::isDarkModeEnabled()

@@ -25,7 +25,7 @@ class TDUtils {
 public:
     using Contexts = std::vector<std::shared_ptr<CTXPCServiceSubscriptionContext>>;
 
-    /// One line in the system log, the format filled as by stringWithFormat.
+    /// One line in the system log, the format filled as by stringWithFormat; while logging is on, in the log file too.
     static void logMessage(std::string_view format, std::initializer_list<Value> arguments);
     /// True while the system shows its dark appearance.
     static bool isDarkModeEnabled();

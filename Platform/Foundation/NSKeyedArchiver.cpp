@@ -21,6 +21,9 @@ constexpr const char* keysField = "NS.keys";
 constexpr const char* valuesField = "NS.objects";
 /// Deeper than any archive that a phone makes.
 constexpr std::size_t greatestDepth = 64;
+/// References may be shared, so a small archive could unfold to values, texts and data without end.
+constexpr std::size_t mostValues = 100'000;
+constexpr std::size_t mostBytes = std::size_t { 64 } << 20;
 
 std::unordered_map<std::string_view, KeyedCoding>& codings()
 {
@@ -32,11 +35,35 @@ class Encoder {
 public:
     Encoder() { _objects.emplace_back(nullMarker); }
 
-    /// The reference of the value in the table. An object that cannot be kept leaves the archive incomplete.
+    /// The reference of the value in the table. What cannot be kept, or is too deep to be read again, leaves the archive
+    /// incomplete.
     Uid add(const Value& value)
     {
         if (value.isNull())
             return Uid { 0 };
+        const bool isContainer = value.array() || value.dictionary() || value.object();
+        if (!isContainer)
+            return append(value);
+        if (_depth >= greatestDepth)
+            return fail();
+        ++_depth;
+        const Uid added = addContents(value);
+        --_depth;
+        return added;
+    }
+
+    bool complete() const { return _complete; }
+    Array takeObjects() { return std::move(_objects); }
+
+private:
+    Uid fail()
+    {
+        _complete = false;
+        return Uid { 0 };
+    }
+
+    Uid addContents(const Value& value)
+    {
         if (const auto* elements = value.array())
             return addContainer(arrayClassName, { { valuesField, references(*elements) } });
         if (const auto* entries = value.dictionary()) {
@@ -49,15 +76,9 @@ public:
             return addContainer(
                 dictionaryClassName, { { keysField, references(keys) }, { valuesField, references(values) } });
         }
-        if (const auto object = value.object())
-            return addObject(*object);
-        return append(value);
+        return addObject(*value.object());
     }
 
-    bool complete() const { return _complete; }
-    Array takeObjects() { return std::move(_objects); }
-
-private:
     Uid append(const Value& value)
     {
         _objects.push_back(value);
@@ -88,10 +109,8 @@ private:
         const std::string& name = object.isa().name();
         const auto coding = codings().find(name);
         const Value fields = coding == codings().end() ? Value() : coding->second.encode(object);
-        if (!fields.dictionary()) {
-            _complete = false;
-            return Uid { 0 };
-        }
+        if (!fields.dictionary())
+            return fail();
         Dictionary encoded;
         for (const auto& [key, field] : *fields.dictionary())
             encoded.emplace(key, add(field));
@@ -99,6 +118,7 @@ private:
     }
 
     Array _objects;
+    std::size_t _depth = 0;
     bool _complete = true;
 };
 
@@ -110,23 +130,51 @@ public:
     }
 
     /// What the reference stands for; null when it, or something it needs, stands for nothing.
+    Value decodeRoot(const Value& reference)
+    {
+        Value root = resolve(reference);
+        return _failed ? Value() : root;
+    }
+
+private:
+    Value fail()
+    {
+        _failed = true;
+        return {};
+    }
+
+    /// Null for the null reference, and when the decoder fails.
     Value resolve(const Value& reference)
     {
         if (reference.kind() != Value::Kind::Uid)
             return reference;
         const std::uint64_t index = reference.uid().index;
-        if (index == 0 || index >= _objects.size() || _depth >= greatestDepth || --_remaining < 0)
+        if (index == 0 || _failed)
             return {};
+        if (index >= _objects.size() || !isWithinLimits(_objects[index]))
+            return fail();
         const Value& entry = _objects[index];
         if (!entry.dictionary())
             return entry;
+        if (_depth >= greatestDepth)
+            return fail();
         ++_depth;
         Value object = decode(*entry.dictionary());
         --_depth;
-        return object;
+        return object.isNull() ? fail() : object;
     }
 
-private:
+    /// Counts the entry among what the archive unfolds to.
+    bool isWithinLimits(const Value& entry)
+    {
+        ++_values;
+        if (entry.string())
+            _bytes += entry.string()->size();
+        if (entry.data())
+            _bytes += entry.data()->size();
+        return _values <= mostValues && _bytes <= mostBytes;
+    }
+
     Value decode(const Dictionary& encoded)
     {
         const std::string className = classNameOf(valueForKey(encoded, classKey)).value_or(std::string());
@@ -142,7 +190,7 @@ private:
             if (key != classKey)
                 fields.emplace(key, resolve(field));
         }
-        return coding->second.decode(fields);
+        return _failed ? nullptr : coding->second.decode(fields);
     }
 
     std::optional<std::string> classNameOf(const Value& reference) const
@@ -157,8 +205,11 @@ private:
         if (!references.array())
             return {};
         Array values;
-        for (const Value& reference : *references.array())
+        for (const Value& reference : *references.array()) {
             values.push_back(resolve(reference));
+            if (_failed)
+                return {};
+        }
         return values;
     }
 
@@ -180,8 +231,9 @@ private:
 
     const Array& _objects;
     std::size_t _depth = 0;
-    /// References may be shared, so a small archive could unfold without end.
-    long _remaining = 100000;
+    std::size_t _values = 0;
+    std::size_t _bytes = 0;
+    bool _failed = false;
 };
 
 } // namespace
@@ -213,5 +265,5 @@ Value NSKeyedUnarchiver::unarchiveObjectWithData(const Bytes& data)
     const auto* objects = archive[objectsKey].array();
     if (!archiver || *archiver != archiverName || !objects)
         return {};
-    return Decoder(*objects).resolve(archive[topKey][rootKey]);
+    return Decoder(*objects).decodeRoot(archive[topKey][rootKey]);
 }

@@ -14,13 +14,13 @@ NSNotificationCenter& NSNotificationCenter::defaultCenter()
 void NSNotificationCenter::addObserver_selector_name(
     const std::shared_ptr<NSObject>& observer, const std::string& selector, const std::string& name)
 {
-    std::erase_if(_registrations, [](const Registration& known) { return known.observer.expired(); });
-    _registrations.push_back({ observer, selector, name });
+    std::erase_if(_registrations, [](const auto& known) { return known->observer.expired(); });
+    _registrations.push_back(std::make_shared<const Registration>(Registration { observer, selector, name }));
 }
 
 void NSNotificationCenter::removeObserver(const NSObject& observer)
 {
-    std::erase_if(_registrations, [&](const Registration& known) { return known.observer.lock().get() == &observer; });
+    std::erase_if(_registrations, [&](const auto& known) { return known->observer.lock().get() == &observer; });
 }
 
 void NSNotificationCenter::postNotificationName(const std::string& name, const Value& object, const Value& userInfo)
@@ -28,10 +28,10 @@ void NSNotificationCenter::postNotificationName(const std::string& name, const V
     const Value notification(std::make_shared<NSNotification>(name, object, userInfo));
     // A copy, because an observer may register or remove observers while it is told.
     const auto registrations = _registrations;
-    for (const Registration& registration : registrations) {
-        if (registration.name != name)
+    for (const auto& registration : registrations) {
+        if (registration->name != name || std::ranges::find(_registrations, registration) == _registrations.end())
             continue;
-        if (const auto observer = registration.observer.lock())
-            observer->performSelector(registration.selector, notification);
+        if (const auto observer = registration->observer.lock())
+            observer->performSelector(registration->selector, notification);
     }
 }

@@ -28,7 +28,7 @@ private:
 };
 
 /// Notifications inside the process, delivered while they are posted, in the order of registration.
-/// Observers are held weakly: one that is gone hears nothing more.
+/// Observers are held weakly: one that is gone or removed hears nothing more, even of what is being posted.
 class NSNotificationCenter final : public NSObject {
     NS_CLASS(NSNotificationCenter, NSObject)
 public:
@@ -47,5 +47,5 @@ private:
         std::string name;
     };
 
-    std::vector<Registration> _registrations;
+    std::vector<std::shared_ptr<const Registration>> _registrations;
 };

@@ -3,6 +3,7 @@
 #include "Runtime/NSObject.h"
 
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdio>
 #include <ctime>
@@ -52,6 +53,20 @@ std::string printed(const char* format, Arguments... arguments)
     return buffer.data();
 }
 
+/// As printf does it with 16 digits, but with a decimal point whatever the user's locale.
+std::string printedReal(double number)
+{
+    std::array<char, 64> buffer;
+    char* const begin = buffer.data();
+    return { begin, std::to_chars(begin, begin + buffer.size(), number, std::chars_format::general, 16).ptr };
+}
+
+std::string printedInteger(const Value& value)
+{
+    return value.kind() == Value::Kind::Unsigned ? std::to_string(value.unsignedInteger())
+                                                 : std::to_string(value.integerValue());
+}
+
 std::string hexOf(Bytes::const_iterator begin, Bytes::const_iterator end)
 {
     std::string text;
@@ -79,11 +94,27 @@ std::string printedDate(Date date)
     // Beyond these the year does not fit the calendar's integer.
     constexpr double furthest = 6e16;
     if (!(std::abs(since1970) < furthest))
-        return printed("%g", date.secondsSinceReferenceDate);
+        return printedReal(date.secondsSinceReferenceDate);
     const auto seconds = static_cast<std::time_t>(since1970);
     gmtime_r(&seconds, &parts);
     return printed("%04d-%02d-%02d %02d:%02d:%02d +0000", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
         parts.tm_hour, parts.tm_min, parts.tm_sec);
+}
+
+/// The character as it stands between quotes: on one line, and ASCII.
+std::string escaped(unsigned character)
+{
+    constexpr std::string_view named = "\a\b\t\n\v\f\r\"\\";
+    constexpr std::string_view names = "abtnvfr\"\\";
+    if (character >= 0x10000)
+        return printed("\\U%04x\\U%04x", 0xD7C0 + (character >> 10), 0xDC00 | (character & 0x3FF));
+    if (character >= 0x80)
+        return printed("\\U%04x", character);
+    if (const std::size_t name = named.find(static_cast<char>(character)); name != std::string_view::npos)
+        return { '\\', names[name] };
+    if (character < ' ' || character == 0x7F)
+        return printed("\\%03o", character);
+    return { static_cast<char>(character) };
 }
 
 /// A text inside a container: bare when it is all ASCII letters and digits, else quoted and escaped.
@@ -100,17 +131,7 @@ std::string quoted(std::string_view text)
     std::string out = "\"";
     while (!text.empty()) {
         const Character c = firstCharacter(text);
-        if (c.codePoint == '"' || c.codePoint == '\\')
-            out += { '\\', static_cast<char>(c.codePoint) };
-        else if (c.codePoint == '\n')
-            out += "\\n";
-        else if (c.codePoint >= 0x10000)
-            out += printed("\\U%04x\\U%04x", static_cast<unsigned>(0xD7C0 + (c.codePoint >> 10)),
-                static_cast<unsigned>(0xDC00 | (c.codePoint & 0x3FF)));
-        else if (c.codePoint >= 0x80)
-            out += printed("\\U%04x", static_cast<unsigned>(c.codePoint));
-        else
-            out += static_cast<char>(c.codePoint);
+        out += escaped(static_cast<unsigned>(c.codePoint));
         text.remove_prefix(c.length);
     }
     return out + "\"";
@@ -124,11 +145,10 @@ std::string printedLeaf(const Value& value)
     case Value::Kind::Boolean:
         return value.boolean() ? "1" : "0";
     case Value::Kind::Integer:
-        return std::to_string(value.integer());
     case Value::Kind::Unsigned:
-        return std::to_string(value.unsignedInteger());
+        return printedInteger(value);
     case Value::Kind::Real:
-        return printed("%.16g", value.real());
+        return printedReal(value.real());
     case Value::Kind::String:
         return *value.string();
     case Value::Kind::Data:
@@ -210,7 +230,7 @@ std::string stringWithFormat(std::string_view format, std::initializer_list<Valu
         if (argument == arguments.end())
             out += nullText;
         else
-            out += found->isInteger ? std::to_string((argument++)->integerValue()) : descriptionOf(*argument++);
+            out += found->isInteger ? printedInteger(*argument++) : descriptionOf(*argument++);
         format.remove_prefix(found->text.size());
     }
     return out;

@@ -29,7 +29,8 @@ std::string_view fromNumber(std::string_view text)
     std::string_view digits = text;
     if (digits.starts_with('+') || digits.starts_with('-'))
         digits.remove_prefix(1);
-    const bool isNumber = !digits.empty() && std::string_view(".0123456789").find(digits.front()) != std::string_view::npos;
+    const bool isNumber =
+        !digits.empty() && std::string_view(".0123456789").find(digits.front()) != std::string_view::npos;
     if (!isNumber)
         return {};
     return text.front() == '+' ? digits : text;

@@ -43,7 +43,7 @@ template <class Change>
 void NSAttributedString::change(NSRange range, Change apply)
 {
     const std::size_t begin = std::min(range.location, _length);
-    const std::size_t end = std::min(begin + range.length, _length);
+    const std::size_t end = begin + std::min(range.length, _length - begin);
     splitAt(begin);
     splitAt(end);
     for (Run& run : _runs) {

@@ -76,10 +76,21 @@ void blendAt(const Bitmap& source, Bitmap& destination, int left, int top)
     }
 }
 
-int pixels(double points, double scale)
+constexpr double greatestExtent = 32767;
+
+/// A width or height in pixels; 0 for what is no number.
+int extentInPixels(double points, double scale)
 {
-    constexpr double greatest = 32767;
-    return static_cast<int>(std::clamp(std::round(points * scale), 0.0, greatest));
+    const double rounded = std::round(points * scale);
+    return rounded > 0 ? static_cast<int>(std::min(rounded, greatestExtent)) : 0;
+}
+
+/// A place in pixels; outside of every context for what is further away than that, and for what is no number.
+int placeInPixels(double points, double scale)
+{
+    constexpr double outside = 2 * greatestExtent;
+    const double rounded = std::round(points * scale);
+    return static_cast<int>(std::abs(rounded) < outside ? rounded : outside);
 }
 
 } // namespace
@@ -158,10 +169,9 @@ void UIImage::drawInRect(const CGRect& rect) const
     if (contexts().empty() || !images || !source)
         return;
     ImageContext& context = contexts().back();
-    const PixelSize size { pixels(rect.width, context.scale), pixels(rect.height, context.scale) };
+    const PixelSize size { extentInPixels(rect.width, context.scale), extentInPixels(rect.height, context.scale) };
     if (const auto scaled = images->scaled(*source, size))
-        blendAt(*scaled, context.bitmap, static_cast<int>(std::round(rect.x * context.scale)),
-            static_cast<int>(std::round(rect.y * context.scale)));
+        blendAt(*scaled, context.bitmap, placeInPixels(rect.x, context.scale), placeInPixels(rect.y, context.scale));
 }
 
 std::optional<Bytes> UIImagePNGRepresentation(const std::shared_ptr<UIImage>& image)
@@ -173,7 +183,7 @@ std::optional<Bytes> UIImagePNGRepresentation(const std::shared_ptr<UIImage>& im
 void UIGraphicsBeginImageContextWithOptions(CGSize size, bool opaque, double scale)
 {
     const double used = scale > 0 ? scale : UIScreen::mainScreenScale();
-    Bitmap bitmap { pixels(size.width, used), pixels(size.height, used), {} };
+    Bitmap bitmap { extentInPixels(size.width, used), extentInPixels(size.height, used), {} };
     bitmap.rgba.resize(static_cast<std::size_t>(bitmap.width) * bitmap.height * bytesPerPixel);
     if (opaque) {
         for (std::size_t i = 3; i < bitmap.rgba.size(); i += bytesPerPixel)

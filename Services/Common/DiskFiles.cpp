@@ -91,12 +91,13 @@ off_t regularFileLength(const Descriptor& file)
     return -1;
 }
 
-/// Writes the bytes from `begin` to `end` to their own place in the file; 0 or the error number.
-int writeRange(const Descriptor& file, const Bytes& bytes, std::size_t begin, std::size_t end)
+/// Writes the bytes from `begin` to `end` to their own place in the file, moved on by `offset`; 0 or the error number.
+int writeRange(const Descriptor& file, const Bytes& bytes, std::size_t begin, std::size_t end, std::size_t offset = 0)
 {
     while (begin < end) {
-        const ssize_t written = uninterrupted(
-            [&] { return pwrite(file.number(), bytes.data() + begin, end - begin, static_cast<off_t>(begin)); });
+        const ssize_t written = uninterrupted([&] {
+            return pwrite(file.number(), bytes.data() + begin, end - begin, static_cast<off_t>(offset + begin));
+        });
         if (written <= 0)
             return written < 0 ? errno : EIO;
         begin += static_cast<std::size_t>(written);
@@ -303,6 +304,23 @@ std::optional<FileError> DiskFiles::replace(const std::string& path, const Bytes
         return std::nullopt;
     unlink(temporary.c_str());
     return fileError(error);
+}
+
+std::optional<FileError> DiskFiles::append(const std::string& path, const Bytes& bytes, std::size_t& length)
+{
+    if (const int error = checkPath(path))
+        return fileError(error);
+    Descriptor file = openFile(hostPath(path), O_WRONLY | O_CREAT);
+    const off_t oldLength = file.isOpen() ? regularFileLength(file) : -1;
+    if (oldLength < 0)
+        return fileError(errno);
+    length = static_cast<std::size_t>(oldLength);
+    if (const int error = writeRange(file, bytes, 0, bytes.size(), length)) {
+        cut(file, length);
+        return fileError(error);
+    }
+    length += bytes.size();
+    return std::nullopt;
 }
 
 bool DiskFiles::exists(const std::string& path) const

@@ -22,6 +22,7 @@ public:
     std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) override;
     /// Keeps the permissions of the file it replaces. A symbolic link is replaced itself.
     std::optional<FileError> replace(const std::string& path, const Bytes& bytes) override;
+    std::optional<FileError> append(const std::string& path, const Bytes& bytes, std::size_t& length) override;
     /// A link to nothing does not exist.
     bool exists(const std::string& path) const override;
     /// With its parents. A directory that is there already will do.

@@ -396,7 +396,7 @@ bool PlistBuilder::checkText(const std::string& value)
         fail("texts that are no UTF-8");
         return false;
     }
-    return countBytes(isAscii(value) ? value.size() : bigEndianUtf16(value).size());
+    return countBytes(isAscii(value) ? value.size() : 2 * utf16Length(value));
 }
 
 void collectTexts(const Value& value, std::vector<std::string_view>& texts)

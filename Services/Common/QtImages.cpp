@@ -21,8 +21,10 @@ void filterCategory(QLoggingCategory* category)
 {
     if (previousFilter)
         previousFilter(category);
-    if (std::strncmp(category->categoryName(), imageCategories, std::strlen(imageCategories)) == 0)
-        category->setEnabled(QtWarningMsg, false);
+    if (std::strncmp(category->categoryName(), imageCategories, std::strlen(imageCategories)) != 0)
+        return;
+    category->setEnabled(QtInfoMsg, false);
+    category->setEnabled(QtWarningMsg, false);
 }
 
 /// A file that is no picture is an answer here, not a fault that the user should read of.
@@ -60,7 +62,14 @@ public:
         const QSize stored = _reader.size();
         return _reader.transformation() & QImageIOHandler::TransformationRotate90 ? stored.transposed() : stored;
     }
-    QImage read() { return canBeShown(size()) ? _reader.read() : QImage(); }
+    QImage read()
+    {
+        if (!canBeShown(size()))
+            return {};
+        // A frame of a GIF may be larger than the picture says it is.
+        const QImage image = _reader.read();
+        return canBeShown(image.size()) ? image : QImage();
+    }
 
 private:
     QBuffer _buffer;

@@ -170,7 +170,8 @@ TEST(RespondsToSelector, FindsOwnAndInheritedMethodsByTheirExactSelector)
     const Dog dog;
     for (const char* selector : { "fetch", "rest", "feed:", "move:to:", "vx__find:name:" })
         EXPECT_TRUE(dog.respondsToSelector(selector)) << selector;
-    for (const char* selector : { "", ":", "feed", "feed::", "rest:", "move:to", "move_to", "fly", "Fetch", "description" })
+    for (const char* selector :
+        { "", ":", "feed", "feed::", "rest:", "move:to", "move_to", "fly", "Fetch", "description" })
         EXPECT_FALSE(dog.respondsToSelector(selector)) << selector;
     EXPECT_FALSE(Animal().respondsToSelector("fetch"));
 }
@@ -259,8 +260,7 @@ TEST_F(Performing, ArgumentsOfAnotherTypeArriveAsTheirReadingOrEmpty)
 
 TEST_F(Performing, ANumberBeyondTheRangeOfIntegersArrivesClamped)
 {
-    EXPECT_EQ(callAfter("move:to:", 18446744073709551615UL, -1e300),
-        "move 9223372036854775807 -9223372036854775808");
+    EXPECT_EQ(callAfter("move:to:", 18446744073709551615UL, -1e300), "move 9223372036854775807 -9223372036854775808");
 }
 
 TEST_F(Performing, GivesBackTheVeryObjectThatItWasGiven)
@@ -268,4 +268,4 @@ TEST_F(Performing, GivesBackTheVeryObjectThatItWasGiven)
     EXPECT_EQ(dog->performSelector("echo:", dog).object(), dog);
 }
 
-}
+} // namespace

@@ -12,13 +12,9 @@ public:
     GermanNumbers()
     {
         if (!std::setlocale(LC_NUMERIC, name)) {
-            const std::string made = (_folder.path() / name).string();
-            if (std::system(("localedef -i de_DE -f UTF-8 " + made + " >/dev/null 2>&1").c_str()) == 0) {
-                setenv("LOCPATH", _folder.path().c_str(), 1);
-                std::setlocale(LC_NUMERIC, name);
-            }
+            setenv("LOCPATH", folderOfLocale().c_str(), 1);
+            std::setlocale(LC_NUMERIC, name);
         }
-        _isSet = *std::localeconv()->decimal_point == ',';
     }
     ~GermanNumbers()
     {
@@ -29,11 +25,17 @@ public:
     GermanNumbers& operator=(const GermanNumbers&) = delete;
 
     /// False where the system has no such locale and cannot make one.
-    bool isSet() const { return _isSet; }
+    bool isSet() const { return *std::localeconv()->decimal_point == ','; }
 
 private:
     static constexpr const char* name = "de_DE.UTF-8";
 
-    TemporaryDirectory _folder;
-    bool _isSet = false;
+    /// Where the locale is, made once for the process; an empty folder where it cannot be made.
+    static std::string folderOfLocale()
+    {
+        static const TemporaryDirectory folder;
+        static const int made
+            = std::system(("localedef -i de_DE -f UTF-8 " + (folder.path() / name).string() + " >/dev/null 2>&1").c_str());
+        return made == 0 ? folder.path().string() : std::string();
+    }
 };

@@ -85,10 +85,11 @@ TEST(Utf16Lengths, CountOneUnitForAByteThatBelongsToNoCharacter)
 
 TEST(TextOfBytes, IsTheSameWhereTheBytesAreUtf8)
 {
-    for (const std::string_view text : { std::string_view(""), std::string_view("plain"), std::string_view("Zürich 日本 📱"),
-             std::string_view("\0", 1), std::string_view("\xC2\x80"), std::string_view("\xE0\xA0\x80"),
-             std::string_view("\xED\x9F\xBF"), std::string_view("\xEE\x80\x80"), std::string_view("\xEF\xBF\xBF"),
-             std::string_view("\xF0\x90\x80\x80"), std::string_view("\xF4\x8F\xBF\xBF") })
+    for (const std::string_view text :
+        { std::string_view(""), std::string_view("plain"), std::string_view("Zürich 日本 📱"), std::string_view("\0", 1),
+            std::string_view("\xC2\x80"), std::string_view("\xE0\xA0\x80"), std::string_view("\xED\x9F\xBF"),
+            std::string_view("\xEE\x80\x80"), std::string_view("\xEF\xBF\xBF"), std::string_view("\xF0\x90\x80\x80"),
+            std::string_view("\xF4\x8F\xBF\xBF") })
         EXPECT_EQ(stringFromUtf8(text), text);
 }
 
@@ -99,20 +100,20 @@ TEST(TextOfBytes, HasAReplacementForEveryByteThatBelongsToNoCharacter)
         std::size_t replaced;
     };
     const Broken cases[] = {
-        { "\x80", 1 },             // a continuation alone
-        { "\xBF\xBF", 2 },         // two
-        { "\xC3", 1 },             // cut off after the first of two bytes
-        { "\xE2\x82", 2 },         // after the second of three
-        { "\xF0\x9F\x93", 3 },     // after the third of four
-        { "\xC0\xAF", 2 },         // overlong in two
-        { "\xC1\xBF", 2 },         // the longest of these
-        { "\xE0\x9F\xBF", 3 },     // overlong in three
+        { "\x80", 1 }, // a continuation alone
+        { "\xBF\xBF", 2 }, // two
+        { "\xC3", 1 }, // cut off after the first of two bytes
+        { "\xE2\x82", 2 }, // after the second of three
+        { "\xF0\x9F\x93", 3 }, // after the third of four
+        { "\xC0\xAF", 2 }, // overlong in two
+        { "\xC1\xBF", 2 }, // the longest of these
+        { "\xE0\x9F\xBF", 3 }, // overlong in three
         { "\xF0\x8F\xBF\xBF", 4 }, // overlong in four
-        { "\xED\xA0\x80", 3 },     // a surrogate
-        { "\xED\xBF\xBF", 3 },     // the last of these
+        { "\xED\xA0\x80", 3 }, // a surrogate
+        { "\xED\xBF\xBF", 3 }, // the last of these
         { "\xF4\x90\x80\x80", 4 }, // beyond the last character
         { "\xF5\x80\x80\x80", 4 }, // a lead byte that there is not
-        { "\xFE\xFF", 2 },         // a byte order mark of UTF-16
+        { "\xFE\xFF", 2 }, // a byte order mark of UTF-16
         { "\xFC\x80\x80\x80\x80\x80", 6 },
     };
     for (const Broken& broken : cases) {
@@ -127,8 +128,12 @@ TEST(TextOfBytes, HasAReplacementForEveryByteThatBelongsToNoCharacter)
 
 TEST(TextOfBytes, TakesUpAgainAtTheFirstByteThatFits)
 {
-    EXPECT_EQ(stringFromUtf8("\xE2\x82" "ä"), std::string(replacement) + replacement + "ä");
-    EXPECT_EQ(stringFromUtf8("\xF0" "a\x9F"), std::string(replacement) + "a" + replacement);
+    EXPECT_EQ(stringFromUtf8("\xE2\x82"
+                             "ä"),
+        std::string(replacement) + replacement + "ä");
+    EXPECT_EQ(stringFromUtf8("\xF0"
+                             "a\x9F"),
+        std::string(replacement) + "a" + replacement);
     EXPECT_EQ(stringFromUtf8("\xC3\xC3\xBC"), std::string(replacement) + "ü");
 }
 
@@ -136,10 +141,11 @@ TEST(TextOfBytes, OfEveryPairOfBytesIsUtf8)
 {
     for (int first = 0; first < 256; ++first) {
         for (int second = 0; second < 256; ++second) {
-            const std::string text = stringFromUtf8(std::string { static_cast<char>(first), static_cast<char>(second) });
+            const std::string text =
+                stringFromUtf8(std::string { static_cast<char>(first), static_cast<char>(second) });
             EXPECT_EQ(stringFromUtf8(text), text) << first << " " << second;
         }
     }
 }
 
-}
+} // namespace

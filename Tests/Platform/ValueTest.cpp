@@ -103,12 +103,18 @@ TEST(BooleanReading, IsTrueForNumbersThatAreNotZero)
 
 TEST(BooleanReading, OfATextLooksBehindSpacesASignAndZeros)
 {
-    for (const char* text : { "YES", "yes", "Y", "true", "T", "tomorrow", "1", "9", "  7", "\t\n1", "-1", "+1", "0001", "-00y" })
+    for (const char* text :
+        { "YES", "yes", "Y", "true", "T", "tomorrow", "1", "9", "  7", "\t\n1", "-1", "+1", "0001", "-00y" })
         EXPECT_TRUE(Value(text).boolValue()) << text;
-    for (const char* text : { "", " ", "NO", "no", "false", "off", "on", "0", "000", "-", "+", "--1", "+ 1", "0.1", "00 1",
-             "\xEF\xBC\x91", "\x01" "1" })
+    for (const char* text :
+        { "", " ", "NO", "no", "false", "off", "on", "0", "000", "-", "+", "--1", "+ 1", "0.1", "00 1", "\xEF\xBC\x91",
+            "\x01"
+            "1" })
         EXPECT_FALSE(Value(text).boolValue()) << text;
-    EXPECT_FALSE(Value(std::string("\0" "1", 2)).boolValue());
+    EXPECT_FALSE(Value(std::string("\0"
+                                   "1",
+                           2))
+                     .boolValue());
 }
 
 TEST(BooleanReading, IsFalseForWhatIsNeitherNumberNorText)
@@ -238,4 +244,4 @@ TEST(Containers, KeepWhatTheyHoldAlive)
     EXPECT_TRUE(watched.expired());
 }
 
-}
+} // namespace

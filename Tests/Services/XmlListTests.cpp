@@ -221,53 +221,84 @@ TEST(XmlList, ContainersNestToFiveHundredAndTwelve)
     EXPECT_EQ(readElement(nested(513)), std::nullopt);
     EXPECT_EQ(readElement(nested(10'000)), std::nullopt);
     EXPECT_EQ(readElement(repeated("<array>", 10'000'000)), std::nullopt);
-    EXPECT_EQ(readElement(repeated("<dict><key>a</key>", 10'000'000)), std::nullopt);
-    EXPECT_EQ(read(repeated("<plist>", 10'000'000)), std::nullopt);
 }
 
-TEST(XmlList, FiftyMegabytesOfOneTextOrDataAreRead)
+/// Fifty megabytes of a piece, between two others.
+struct LargeList {
+    std::string name;
+    std::string before;
+    std::string piece;
+    std::string after;
+    /// What the piece becomes in the text or data that is read.
+    std::size_t lengthPerPiece = 0;
+
+    std::size_t pieces() const { return fiftyMegabytes / piece.size(); }
+    std::optional<Value> read() const { return readElement(before + repeated(piece, pieces()) + after); }
+};
+
+std::string nameOf(const testing::TestParamInfo<LargeList>& info)
 {
-    EXPECT_EQ(
-        readElement("<string>" + std::string(fiftyMegabytes, 'a') + "</string>")->string()->size(), fiftyMegabytes);
-    EXPECT_EQ(
-        readElement("<string>" + repeated("ä", fiftyMegabytes / 2) + "</string>")->string()->size(), fiftyMegabytes);
-    EXPECT_EQ(readElement("<string>" + repeated("&amp;", fiftyMegabytes / 5) + "</string>")->string()->size(),
-        fiftyMegabytes / 5);
-    EXPECT_EQ(readElement("<string>" + repeated("<!---->a", fiftyMegabytes / 8) + "</string>")->string()->size(),
-        fiftyMegabytes / 8);
-    EXPECT_EQ(readElement("<string>" + repeated("<![CDATA[a]]>", fiftyMegabytes / 13) + "</string>")->string()->size(),
-        fiftyMegabytes / 13);
-    EXPECT_EQ(
-        readElement("<data>" + std::string(fiftyMegabytes, 'A') + "</data>")->data()->size(), fiftyMegabytes / 4 * 3);
-    EXPECT_EQ(readElement("<!--" + std::string(fiftyMegabytes, '-') + "--><true/>"), Value(true));
-    EXPECT_EQ(readElement("<!--" + std::string(fiftyMegabytes, '<') + "--><true/>"), Value(true));
-    EXPECT_EQ(readElement(std::string(fiftyMegabytes, '\n') + "<true/>"), Value(true));
+    return info.param.name;
 }
 
-TEST(XmlList, FiftyMegabytesOfSmallElementsAreRefused)
+class LargeXmlText : public testing::TestWithParam<LargeList> { };
+
+TEST_P(LargeXmlText, IsRead)
 {
-    for (const std::string_view element :
-        { "<integer>1</integer>", "<true/>", "<string/>", "<array/>", "<array>", "<dict/>" })
-        EXPECT_EQ(
-            readElement("<array>" + repeated(element, fiftyMegabytes / element.size()) + "</array>"), std::nullopt)
-            << element;
-    EXPECT_EQ(readElement("<dict>" + repeated("<key>a</key><true/>", fiftyMegabytes / 19) + "</dict>"), std::nullopt);
+    const auto value = GetParam().read();
+    ASSERT_TRUE(value && value->string());
+    EXPECT_EQ(value->string()->size(), GetParam().pieces() * GetParam().lengthPerPiece);
 }
 
-TEST(XmlList, FiftyMegabytesOfNonsenseAreRefused)
+INSTANTIATE_TEST_SUITE_P(XmlList, LargeXmlText,
+    testing::Values(LargeList { "Ascii", "<string>", "a", "</string>", 1 },
+        LargeList { "TwoByteCharacters", "<string>", "ä", "</string>", 2 },
+        LargeList { "Entities", "<string>", "&amp;", "</string>", 1 },
+        LargeList { "NumericEntities", "<string>", "&#65;", "</string>", 1 },
+        LargeList { "Comments", "<string>", "<!---->a", "</string>", 1 },
+        LargeList { "CdataPieces", "<string>", "<![CDATA[a]]>", "</string>", 1 },
+        LargeList { "OneComment", "<!--", "-", "--><string></string>", 0 },
+        LargeList { "Tags", "<!--", "<a>", "--><string/>", 0 }, LargeList { "LineBreaks", "", "\n", "<string/>", 0 }),
+    nameOf);
+
+class LargeXmlData : public testing::TestWithParam<LargeList> { };
+
+TEST_P(LargeXmlData, IsRead)
 {
-    for (const std::string_view piece : { "&", "]]&gt;", "<!--", "<![CDATA[", "<", "&lt" })
-        EXPECT_EQ(readElement("<string>" + repeated(piece, fiftyMegabytes / piece.size()) + "</string>"), std::nullopt)
-            << piece;
-    for (const std::string_view element : { "integer", "real", "date", "data" }) {
-        const std::string name(element);
-        EXPECT_EQ(
-            readElement("<" + name + ">" + std::string(fiftyMegabytes + 1, '1') + "</" + name + ">"), std::nullopt)
-            << name;
-    }
-    EXPECT_EQ(readElement("<" + std::string(fiftyMegabytes, 'a') + "/>"), std::nullopt);
-    EXPECT_EQ(read("<!DOCTYPE " + std::string(fiftyMegabytes, '"')), std::nullopt);
+    const auto value = GetParam().read();
+    ASSERT_TRUE(value && value->data());
+    EXPECT_EQ(value->data()->size(), GetParam().pieces() * GetParam().lengthPerPiece);
 }
+
+INSTANTIATE_TEST_SUITE_P(XmlList, LargeXmlData,
+    testing::Values(LargeList { "OneLine", "<data>", "AAAA", "</data>", 3 },
+        LargeList { "ManyLines", "<data>", "AAAA\n\t", "</data>", 3 }),
+    nameOf);
+
+class LargeXmlNonsense : public testing::TestWithParam<LargeList> { };
+
+TEST_P(LargeXmlNonsense, IsRefused)
+{
+    EXPECT_EQ(GetParam().read(), std::nullopt);
+}
+
+INSTANTIATE_TEST_SUITE_P(XmlList, LargeXmlNonsense,
+    testing::Values(LargeList { "Integers", "<array>", "<integer>1</integer>", "</array>" },
+        LargeList { "Booleans", "<array>", "<true/>", "</array>" },
+        LargeList { "Texts", "<array>", "<string/>", "</array>" },
+        LargeList { "Arrays", "<array>", "<array/>", "</array>" },
+        LargeList { "Entries", "<dict>", "<key>a</key><true/>", "</dict>" },
+        LargeList { "OpenArrays", "", "<array>", "" }, LargeList { "OpenDictionaries", "", "<dict><key>a</key>", "" },
+        LargeList { "OpenPlists", "", "<plist>", "" }, LargeList { "Ampersands", "<string>", "&", "</string>" },
+        LargeList { "EndsOfCdata", "<string>", "]]&gt;", "</string>" },
+        LargeList { "OpenComments", "<string>", "<!--", "</string>" },
+        LargeList { "OpenCdata", "<string>", "<![CDATA[", "</string>" },
+        LargeList { "LessThan", "<string>", "<", "</string>" }, LargeList { "Integer", "<integer>", "1", "</integer>" },
+        LargeList { "Real", "<real>", "1", "</real>" }, LargeList { "Date", "<date>", "2", "</date>" },
+        LargeList { "Data", "<data>", "=", "</data>" }, LargeList { "TagName", "<", "a", "/>" },
+        LargeList { "Quotes", "<string ", "\"", ">" }, LargeList { "Instructions", "", "<?", "" },
+        LargeList { "DocumentTypes", "", "<!DOCTYPE a>", "" }),
+    nameOf);
 
 TEST(XmlList, NinetyNineThousandValuesAreRead)
 {
