@@ -1,0 +1,17 @@
+import QtQuick
+import Tandem.Settings
+
+/// Shows where the keyboard is.
+Rectangle {
+    id: ring
+
+    required property Item target
+    required property Theme theme
+
+    anchors.fill: parent
+    border.color: ring.theme.focus
+    border.width: 3
+    color: "transparent"
+    radius: 8
+    visible: ring.target.activeFocus && ring.theme.showsFocus
+}

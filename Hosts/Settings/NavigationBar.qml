@@ -1,0 +1,90 @@
+import QtQuick
+import Tandem.Settings
+
+/// The bar above a page, in the page's colour: back button, title or title picture, share button.
+FocusScope {
+    id: bar
+
+    required property PageModel page
+    required property Theme theme
+
+    readonly property color ink: bar.page.barTextColor
+    readonly property int margin: 8
+    readonly property int lowest: 44
+
+    implicitHeight: Math.max(bar.lowest, title.implicitHeight + 2 * bar.margin)
+
+    Rectangle {
+        anchors.fill: parent
+        color: bar.page.barColor
+    }
+
+    BarButton {
+        id: back
+
+        anchors.bottom: parent.bottom
+        anchors.left: parent.left
+        anchors.top: parent.top
+        color: bar.ink
+        // The title comes first where there is not room for both.
+        maximumWidth: (bar.width - Math.min(title.implicitWidth, bar.width / 2)) / 2 - 2 * bar.margin
+        name: bar.page.backTitle === "" ? qsTr("Back") : qsTr("Back to %1").arg(bar.page.backTitle)
+        picture: bar.page.leftPicture
+        shape: Glyph.Back
+        text: bar.page.leftPicture.present ? "" : bar.page.backTitle
+        theme: bar.theme
+        visible: !bar.page.first
+
+        onActivated: bar.page.pressLeft()
+    }
+
+    Text {
+        id: title
+
+        Accessible.name: bar.page.title
+        Accessible.role: Accessible.Heading
+        anchors.centerIn: parent
+        color: bar.ink
+        elide: Text.ElideRight
+        font: bar.theme.font(17, true)
+        horizontalAlignment: Text.AlignHCenter
+        text: bar.page.title
+        visible: !bar.page.titlePicture.present
+        width: Math.min(implicitWidth, bar.width - 2 * Math.max(share.width, back.visible ? back.width : 0) - 2 * bar.margin)
+    }
+
+    PictureItem {
+        id: titlePicture
+
+        Accessible.name: bar.page.title
+        Accessible.role: Accessible.Heading
+        anchors.centerIn: parent
+        height: Math.min(implicitHeight, bar.height - bar.margin)
+        picture: bar.page.titlePicture
+        tint: bar.ink
+        visible: bar.page.titlePicture.present
+
+        NumberAnimation on opacity {
+            duration: bar.page.titleFade
+            easing.type: Easing.InOutQuad
+            from: 0
+            running: bar.page.titleFade > 0
+            to: 1
+        }
+    }
+
+    BarButton {
+        id: share
+
+        anchors.bottom: parent.bottom
+        anchors.right: parent.right
+        anchors.top: parent.top
+        color: bar.ink
+        name: bar.page.rightName
+        shape: Glyph.Share
+        theme: bar.theme
+        visible: bar.page.rightName !== ""
+
+        onActivated: bar.page.pressRight()
+    }
+}

@@ -1,0 +1,54 @@
+import QtQuick
+import Tandem.Settings
+
+/// The photo library, and the square in which the user crops the photo that was taken.
+SheetBody {
+    id: body
+
+    property string chosen: ""
+
+    function take(photo: string) {
+        if (!body.sheet.allowsEditing) {
+            body.sheet.pickWhole(photo);
+            return;
+        }
+        body.chosen = photo;
+        crop.forceActiveFocus();
+    }
+
+    fills: true
+    preferredWidth: 640
+
+    Rectangle {
+        anchors.fill: parent
+        color: body.theme.page
+        radius: 12
+    }
+
+    PhotoGrid {
+        anchors.fill: parent
+        enabled: body.chosen === ""
+        focus: body.chosen === ""
+        photos: body.sheet.photos
+        theme: body.theme
+        visible: body.chosen === ""
+
+        onCancelled: body.sheet.cancel()
+        onTaken: photo => body.take(photo)
+    }
+
+    CropView {
+        id: crop
+
+        anchors.fill: parent
+        enabled: body.chosen !== ""
+        focus: body.chosen !== ""
+        host: body.host
+        photo: body.chosen
+        sheet: body.sheet
+        theme: body.theme
+        visible: body.chosen !== ""
+
+        onCancelled: body.chosen = ""
+    }
+}

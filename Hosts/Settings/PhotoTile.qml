@@ -1,0 +1,40 @@
+import QtQuick
+import Tandem.Settings
+
+/// A photo of the library.
+FocusScope {
+    id: tile
+
+    required property Theme theme
+    required property string modelData
+    required property int index
+
+    signal taken
+
+    Accessible.focusable: true
+    Accessible.name: qsTr("Photo %1").arg(tile.index + 1)
+    Accessible.role: Accessible.Button
+
+    Accessible.onPressAction: tile.taken()
+    Keys.onEnterPressed: tile.taken()
+    Keys.onReturnPressed: tile.taken()
+    Keys.onSpacePressed: tile.taken()
+
+    Image {
+        anchors.fill: parent
+        asynchronous: true
+        autoTransform: true
+        fillMode: Image.PreserveAspectCrop
+        source: "file://" + encodeURI(tile.modelData)
+        sourceSize.width: 320
+    }
+
+    TapHandler {
+        onTapped: tile.taken()
+    }
+
+    FocusRing {
+        target: tile
+        theme: tile.theme
+    }
+}

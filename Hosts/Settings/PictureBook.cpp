@@ -1,0 +1,166 @@
+#include "PictureBook.h"
+
+#include "SettingsWindow.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QImage>
+#include <QQuickItem>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+constexpr int lowestPage = 667;
+constexpr int highestPage = 4000;
+/// What is asked for at once is there after so many rounds of events.
+constexpr int settlingRounds = 20;
+
+struct Entry {
+    const char* identifier;
+    const char* name;
+};
+constexpr std::array<Entry, 6> entries { { { "Calls", "calls" }, { "Messages", "messages" },
+    { "Bluetooth", "bluetooth" }, { "TDSimSettingsController", "sims" }, { "Misc", "misc" },
+    { "VexilProducts", "products" } } };
+
+int indexOf(const PageModel& page, const QString& identifier)
+{
+    for (int i = 0; i < page.rowCount(); ++i) {
+        if (page.identifier(i).startsWith(identifier))
+            return i;
+    }
+    return -1;
+}
+
+QQuickItem* firstItem(QQuickItem* below, const char* className)
+{
+    if (below->inherits(className) && below->isVisible())
+        return below;
+    for (QQuickItem* child : below->childItems()) {
+        if (QQuickItem* found = firstItem(child, className))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool PictureBook::write(QString& error)
+{
+    if (!QDir().mkpath(_folder)) {
+        error = QStringLiteral("%1 cannot be made").arg(_folder);
+        return false;
+    }
+    for (const bool dark : { false, true }) {
+        _window.host().setDark(dark);
+        _appearance = dark ? QStringLiteral("dark") : QStringLiteral("light");
+        writeAll();
+    }
+    error = _error;
+    return _error.isEmpty();
+}
+
+void PictureBook::writeAll()
+{
+    writePage(QStringLiteral("root"));
+    for (const Entry& entry : entries) {
+        open(QString::fromLatin1(entry.identifier));
+        if (QLatin1String(entry.name) == QLatin1String("bluetooth"))
+            turnOn(QString());
+        writePage(QString::fromLatin1(entry.name));
+        _window.host().returnToFirstPage();
+    }
+    writeSheets();
+}
+
+void PictureBook::writePage(const QString& name)
+{
+    settle();
+    // As high as the page is, so that all of it is in the picture.
+    if (const QQuickItem* list = firstItem(_window.rootObject(), "QQuickListView")) {
+        const double outside = _window.height() - list->height();
+        const double wanted = list->property("contentHeight").toDouble() + list->property("topMargin").toDouble()
+            + list->property("bottomMargin").toDouble() + outside;
+        _window.resize(_window.width(), std::clamp(static_cast<int>(std::ceil(wanted)), lowestPage, highestPage));
+    }
+    takePicture(name);
+    _window.resize(_window.width(), lowestPage);
+}
+
+void PictureBook::writeSheets()
+{
+    SettingsHost& host = _window.host();
+    host.topPage()->pressRight();
+    takePicture(QStringLiteral("share"));
+    host.returnToFirstPage();
+
+    open(QStringLiteral("Misc"));
+    tap(QStringLiteral("EmailLog"));
+    takePicture(QStringLiteral("alert"));
+    host.returnToFirstPage();
+
+    open(QStringLiteral("TDSimSettingsController"));
+    tap(QStringLiteral("LOGO+"));
+    takePicture(QStringLiteral("change-logo"));
+    if (host.sheet())
+        host.sheet()->choose(0);
+    takePicture(QStringLiteral("photos"));
+    if (QQuickItem* sheet = firstItem(_window.rootObject(), "PhotoSheet_QMLTYPE")) {
+        Q_UNUSED(sheet)
+    }
+    if (host.sheet() && !host.sheet()->photos().isEmpty())
+        host.sheet()->pickWhole(host.sheet()->photos().first());
+    writePage(QStringLiteral("sims-with-logo"));
+    tap(QStringLiteral("LOGO"));
+    if (host.sheet())
+        takePicture(QStringLiteral("reset-logo"));
+    host.returnToFirstPage();
+}
+
+void PictureBook::open(const QString& identifier)
+{
+    tap(identifier);
+    settle();
+}
+
+void PictureBook::tap(const QString& identifier)
+{
+    PageModel* page = _window.host().topPage();
+    page->tap(indexOf(*page, identifier));
+    settle();
+}
+
+/// Turns the first switch of the page on whose identifier begins like that, if it is off.
+void PictureBook::turnOn(const QString& identifier)
+{
+    PageModel* page = _window.host().topPage();
+    const int index = indexOf(*page, identifier);
+    const auto cell = std::dynamic_pointer_cast<PSControlTableCell>(page->cellAt(index));
+    const auto toggle = cell ? std::dynamic_pointer_cast<UISwitch>(cell->control()) : nullptr;
+    if (!toggle || toggle->isOn())
+        return;
+    _window.host().turn([&] {
+        toggle->setOn_animated(true, false);
+        toggle->sendActionsForControlEvents(UIControlEventValueChanged);
+    });
+}
+
+void PictureBook::takePicture(const QString& name)
+{
+    settle();
+    const QString file = QDir(_folder).filePath(QStringLiteral("%1-%2.png").arg(name, _appearance));
+    if (!_window.grabWindow().save(file) && _error.isEmpty())
+        _error = QStringLiteral("%1 cannot be written").arg(file);
+}
+
+void PictureBook::settle()
+{
+    for (int round = 0; round < settlingRounds; ++round) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+}

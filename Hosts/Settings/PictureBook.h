@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+
+class SettingsWindow;
+
+/// Writes a PNG of every page and every sheet, light and dark, into a folder, by working the pages as a user does.
+class PictureBook {
+public:
+    PictureBook(SettingsWindow& window, QString folder)
+        : _window(window)
+        , _folder(std::move(folder))
+    {
+    }
+
+    /// False, and why in `error`, when a picture cannot be written.
+    bool write(QString& error);
+
+private:
+    void writeAll();
+    void writePage(const QString& name);
+    void writeSheets();
+    void open(const QString& identifier);
+    void tap(const QString& identifier);
+    void turnOn(const QString& identifier);
+    void takePicture(const QString& name);
+    void settle();
+
+    SettingsWindow& _window;
+    QString _folder;
+    QString _appearance;
+    QString _error;
+};

@@ -1,0 +1,211 @@
+#include "SettingsHost.h"
+
+#include "Picture.h"
+#include "TextBlock.h"
+#include "UIKit/UIViewAnimation.h"
+
+#include <QEvent>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QQmlEngine>
+
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+constexpr CGSize firstSize { 375, 667 };
+/// The sheet that goes may be followed by one more while it moves.
+constexpr std::size_t goneSheetsKept = 2;
+
+} // namespace
+
+SettingsHost::SettingsHost(std::unique_ptr<Theme> theme)
+    : _theme(std::move(theme))
+{
+    QQmlEngine::setObjectOwnership(_theme.get(), QQmlEngine::CppOwnership);
+    QQmlEngine::setObjectOwnership(&_pages, QQmlEngine::CppOwnership);
+}
+
+SettingsHost::~SettingsHost()
+{
+    UIViewAnimations::shared().setObserver(nullptr);
+}
+
+std::shared_ptr<SettingsHost> SettingsHost::open(const HostOptions& options, std::unique_ptr<Theme> theme,
+    const HostSession::PhoneDecorator& decorate, std::string& error)
+{
+    std::shared_ptr<SettingsHost> host(new SettingsHost(std::move(theme)));
+    host->_session = HostSession::open(
+        options,
+        [&](Phone& phone) {
+            phone.textMeasure = std::make_shared<QtTextMeasure>(*host->_theme);
+            if (decorate)
+                decorate(phone);
+        },
+        error);
+    if (!host->_session)
+        return nullptr;
+    host->_theme->setDark(Phone::current().appearance && Phone::current().appearance->isDark());
+    UIViewAnimations::shared().setObserver(
+        [&host = *host](const UIViewAnimation& animation) { host._fadeSeconds = animation.duration; });
+    if (!host->_session->openRootPage(host, firstSize, error))
+        return nullptr;
+    host->showNotice();
+    return host;
+}
+
+void SettingsHost::showNotice()
+{
+    const auto& notice = _session->notice();
+    if (!notice)
+        return;
+    const auto alert = UIAlertController::alertControllerWithTitle_message_preferredStyle(
+        "Pairo", *notice, UIAlertControllerStyle::Alert);
+    alert->addAction({ "OK", UIAlertActionStyle::Cancel, nullptr });
+    _session->rootPage()->presentViewController_animated_completion(alert, true, nullptr);
+}
+
+void SettingsHost::turn(const std::function<void()>& act)
+{
+    // Showing what a turn changed may ask for more, which belongs to the same turn.
+    if (_inTurn) {
+        act();
+        return;
+    }
+    struct Ending {
+        bool& inTurn;
+        ~Ending() { inTurn = false; }
+    } ending { _inTurn = true };
+    _session->turn(act);
+}
+
+void SettingsHost::startFollowing()
+{
+    watchSettings();
+    connect(&_watcher, &QFileSystemWatcher::fileChanged, this, &SettingsHost::catchUp);
+    connect(&_watcher, &QFileSystemWatcher::directoryChanged, this, &SettingsHost::catchUp);
+    qGuiApp->installEventFilter(this);
+    catchUp();
+}
+
+void SettingsHost::watchSettings()
+{
+    const QString file = QString::fromStdString(_session->files()->hostPath(SettingsFile::path));
+    for (const QString& path : { file, QFileInfo(file).path() }) {
+        if (!_watcher.files().contains(path) && !_watcher.directories().contains(path))
+            _watcher.addPath(path);
+    }
+}
+
+void SettingsHost::catchUp()
+{
+    turn([] {});
+    // A file that was replaced is another one to the watcher.
+    watchSettings();
+}
+
+bool SettingsHost::eventFilter(QObject* watched, QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        _theme->setShowsFocus(true);
+        break;
+    case QEvent::MouseButtonPress:
+    case QEvent::TouchBegin:
+        _theme->setShowsFocus(false);
+        break;
+    case QEvent::ApplicationPaletteChange:
+        if (watched == qGuiApp)
+            followPalette();
+        break;
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void SettingsHost::followPalette()
+{
+    const QPalette palette = QGuiApplication::palette();
+    setDark(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness());
+}
+
+void SettingsHost::setDark(bool dark)
+{
+    if (dark == _theme->isDark())
+        return;
+    turn([&] { _session->setDarkAppearance(dark); });
+    _theme->setDark(Phone::current().appearance ? Phone::current().appearance->isDark() : dark);
+}
+
+void SettingsHost::goBack()
+{
+    if (PageModel* page = topPage())
+        page->goBack();
+}
+
+void SettingsHost::returnToFirstPage()
+{
+    turn([this] {
+        UINavigationController& navigation = _session->navigation();
+        while (navigation.topViewController()->presentedViewController())
+            navigation.topViewController()->dismissViewControllerAnimated_completion(false, nullptr);
+        while (navigation.popViewControllerAnimated(false))
+            ;
+    });
+}
+
+QImage SettingsHost::photo(const QString& file) const
+{
+    std::ifstream stream(QFile::encodeName(file).toStdString(), std::ios::binary);
+    if (!stream)
+        return {};
+    const auto image = UIImage::imageWithData(Bytes(std::istreambuf_iterator<char>(stream), {}));
+    return image ? imageOf(*image) : QImage();
+}
+
+void SettingsHost::willPush(const std::shared_ptr<UIViewController>& page)
+{
+    const auto& stack = _session->navigation().viewControllers();
+    const auto below = stack.size() < 2 ? nullptr : stack[stack.size() - 2];
+    _coming = std::make_shared<PageModel>(page, below, *this);
+    if (_coming->list())
+        _coming->list()->table().setObserver(_coming);
+}
+
+void SettingsHost::didPush(const std::shared_ptr<UIViewController>& /*page*/)
+{
+    const auto page = std::exchange(_coming, nullptr);
+    page->pageDidLoad();
+    _pages.push(page);
+}
+
+void SettingsHost::didPop(const std::shared_ptr<UIViewController>& page)
+{
+    _pages.pop(*page);
+}
+
+void SettingsHost::didPresent(const std::shared_ptr<UIViewController>& controller)
+{
+    QStringList photos;
+    if (dynamic_cast<const UIImagePickerController*>(controller.get())) {
+        for (const std::string& photo : _session->demoPhone().photos())
+            photos.push_back(QString::fromStdString(photo));
+    }
+    _sheet = std::make_shared<SheetModel>(controller, photos, *this);
+    QQmlEngine::setObjectOwnership(_sheet.get(), QQmlEngine::CppOwnership);
+    emit sheetChanged();
+}
+
+void SettingsHost::didDismiss(const std::shared_ptr<UIViewController>& controller)
+{
+    if (!_sheet || _sheet->controller() != controller)
+        return;
+    _goneSheets.push_back(std::exchange(_sheet, nullptr));
+    if (_goneSheets.size() > goneSheetsKept)
+        _goneSheets.erase(_goneSheets.begin());
+    emit sheetChanged();
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "PageStack.h"
+#include "Shared/HostSession.h"
+#include "SheetModel.h"
+#include "Theme.h"
+
+#include <QFileSystemWatcher>
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+/// The window's way to the pages: shows what they push and present, hands them what the user does, a turn for each
+/// event, and catches up with changes by other processes as they happen.
+class SettingsHost final : public QObject, public UIPresentationObserver {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("One a process, made by main.")
+    Q_PROPERTY(Theme* theme READ theme CONSTANT)
+    Q_PROPERTY(PageStack* pages READ pages CONSTANT)
+    Q_PROPERTY(SheetModel* sheet READ sheet NOTIFY sheetChanged)
+
+public:
+    /// Opens the phone and its root page. Null, and one line that says why in `error`, when it cannot be. The decorator
+    /// stands before the phone's services, as for tests; null for none.
+    static std::shared_ptr<SettingsHost> open(const HostOptions& options, std::unique_ptr<Theme> theme,
+        const HostSession::PhoneDecorator& decorate, std::string& error);
+    ~SettingsHost() override;
+
+    Theme* theme() const { return _theme.get(); }
+    Theme& themeObject() const { return *_theme; }
+    PageStack* pages() { return &_pages; }
+    PageModel* topPage() const { return _pages.top(); }
+    /// What stands above the top page; null for nothing.
+    SheetModel* sheet() const { return _sheet.get(); }
+    HostSession& session() { return *_session; }
+
+    /// Hands the pages one event. What they raise is logged, and the page stays as it was.
+    void turn(const std::function<void()>& act);
+    /// From now on the window follows the settings file and the system's appearance.
+    void startFollowing();
+    void setDark(bool dark);
+    /// One page back, where nothing stands above the page.
+    Q_INVOKABLE void goBack();
+    /// Goes back to the first page without a word to the user, as between two pictures.
+    void returnToFirstPage();
+    /// The duration of the last fade that a page asked for.
+    double lastFadeSeconds() const { return _fadeSeconds; }
+    /// A picture of the library, upright; a null image when it cannot be shown.
+    QImage photo(const QString& file) const;
+
+    // UIPresentationObserver
+    void willPush(const std::shared_ptr<UIViewController>& page) override;
+    void didPush(const std::shared_ptr<UIViewController>& page) override;
+    void didPop(const std::shared_ptr<UIViewController>& page) override;
+    void didPresent(const std::shared_ptr<UIViewController>& controller) override;
+    void didDismiss(const std::shared_ptr<UIViewController>& controller) override;
+
+signals:
+    void sheetChanged();
+
+protected:
+    // QObject
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    explicit SettingsHost(std::unique_ptr<Theme> theme);
+
+    void showNotice();
+    void catchUp();
+    void watchSettings();
+    void followPalette();
+
+    std::unique_ptr<Theme> _theme;
+    std::unique_ptr<HostSession> _session;
+    PageStack _pages;
+    std::shared_ptr<PageModel> _coming;
+    std::shared_ptr<SheetModel> _sheet;
+    /// Sheets that were taken down, kept while the window may still be moving them away.
+    std::vector<std::shared_ptr<SheetModel>> _goneSheets;
+    QFileSystemWatcher _watcher;
+    double _fadeSeconds = 0;
+    bool _inTurn = false;
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "Shared/HostOptions.h"
+
+#include <QString>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// What the Settings application was asked to do.
+struct WindowOptions {
+    HostOptions host;
+    /// The folder for pictures of every page; absent for a window.
+    std::optional<QString> pictures;
+    /// Of the pictures, in points.
+    int width = 375;
+    /// Absent for the system's.
+    std::optional<double> textScale;
+    bool dark = false;
+    bool mirrored = false;
+    bool reducedMotion = false;
+    bool help = false;
+
+    /// Nothing, and one line that says what is wrong in `error`, for words that are no options of ours. Options of the
+    /// toolkit, with one dash, are left to it.
+    static std::optional<WindowOptions> parse(const std::vector<std::string>& words, QString& error);
+    static QString usage();
+};

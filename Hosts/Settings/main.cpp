@@ -1,0 +1,100 @@
+#include "PictureBook.h"
+#include "SettingsWindow.h"
+#include "WindowOptions.h"
+
+#include <QGuiApplication>
+#include <QLocale>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int exitFailure = 1;
+constexpr int exitUsage = 2;
+constexpr double usualDpi = 96;
+/// Pictures have so many pixels a point.
+constexpr const char* pictureScale = "2";
+
+int fail(const QString& message, int code)
+{
+    std::fprintf(stderr, "tandem-settings: %s\n", qUtf8Printable(message));
+    return code;
+}
+
+/// The size of texts that the user has set for the whole system.
+double systemTextScale()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->logicalDotsPerInch() / usualDpi : 1;
+}
+
+std::unique_ptr<Theme> themeFor(const WindowOptions& options)
+{
+    auto theme = std::make_unique<Theme>();
+    theme->setTextScale(options.textScale.value_or(options.pictures ? 1 : systemTextScale()));
+    theme->setMirrored(
+        options.mirrored || QGuiApplication::isRightToLeft() || QLocale().textDirection() == Qt::RightToLeft);
+    theme->setAnimated(!options.reducedMotion && !options.pictures);
+    return theme;
+}
+
+int showWindow(SettingsWindow& window, const WindowOptions& options)
+{
+    if (options.dark)
+        window.host().setDark(true);
+    window.show();
+    // After the first frame, as nothing of it waits for this.
+    QTimer::singleShot(0, &window, [&window] { window.host().startFollowing(); });
+    return QGuiApplication::exec();
+}
+
+int writePictures(SettingsWindow& window, const WindowOptions& options)
+{
+    window.resize(options.width, window.height());
+    window.show();
+    QString error;
+    return PictureBook(window, *options.pictures).write(error) ? 0 : fail(error, exitFailure);
+}
+
+/// Pictures show a phone that nobody has used, and leave the user's own alone.
+HostOptions hostOptions(const WindowOptions& options, const QTemporaryDir& scratch)
+{
+    HostOptions host = options.host;
+    if (options.pictures && host.root.empty())
+        host.root = scratch.path().toStdString();
+    return host;
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    QString error;
+    const auto options = WindowOptions::parse({ arguments + 1, arguments + argumentCount }, error);
+    if (!options)
+        return fail(error + QStringLiteral(" (tandem-settings --help tells more)"), exitUsage);
+    if (options->help) {
+        std::fputs(qUtf8Printable(WindowOptions::usage()), stdout);
+        return 0;
+    }
+    if (options->pictures) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_SCALE_FACTOR", pictureScale);
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    }
+    QGuiApplication application(argumentCount, arguments);
+    QGuiApplication::setApplicationName(QStringLiteral("tandem-settings"));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Pairo"));
+
+    const QTemporaryDir scratch;
+    std::string reason;
+    const auto host = SettingsHost::open(hostOptions(*options, scratch), themeFor(*options), nullptr, reason);
+    if (!host)
+        return fail(QString::fromStdString(reason), exitFailure);
+    SettingsWindow window(host);
+    if (window.status() == QQuickView::Error)
+        return fail(QStringLiteral("the window cannot be made"), exitFailure);
+    return options->pictures ? writePictures(window, *options) : showWindow(window, *options);
+}
