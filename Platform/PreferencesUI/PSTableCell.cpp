@@ -16,6 +16,8 @@ namespace {
 constexpr const char* controlChangedAction = "controlChanged:";
 constexpr double sliderHeight = 31;
 constexpr double sliderRowHeight = 44;
+/// A title of one line at the usual text size; what a larger one needs more is made room for.
+constexpr double usualTitleHeight = 21;
 /// Behind the track: where the value begins, counted from the end of the slider, and how wide it is.
 constexpr double valueTextStart = 40;
 constexpr double valueTextWidth = 30;
@@ -208,7 +210,7 @@ double PSSliderTableCell::extraTitleHeight(double width) const
 {
     if (textLabel()->numberOfLines() == 1)
         return 0;
-    return std::max(0.0, textLabel()->sizeThatFits(textArea(width).width).height - textLabel()->font().lineHeight());
+    return std::max(0.0, textLabel()->sizeThatFits(textArea(width).width).height - usualTitleHeight);
 }
 
 double PSSliderTableCell::heightThatFits(double width) const
