@@ -11,6 +11,10 @@ FocusScope {
     readonly property color ink: bar.page.barTextColor
     readonly property int margin: 8
     readonly property int lowest: 44
+    readonly property real backWidth: back.visible ? back.width : 0
+    readonly property real shareWidth: share.visible ? share.width : bar.margin
+    readonly property real leftWidth: bar.theme.mirrored ? bar.shareWidth : bar.backWidth
+    readonly property real rightWidth: bar.theme.mirrored ? bar.backWidth : bar.shareWidth
 
     implicitHeight: Math.max(bar.lowest, title.implicitHeight + 2 * bar.margin)
 
@@ -43,14 +47,16 @@ FocusScope {
 
         Accessible.name: bar.page.title
         Accessible.role: Accessible.Heading
-        anchors.centerIn: parent
+        anchors.verticalCenter: parent.verticalCenter
         color: bar.ink
         elide: Text.ElideRight
         font: bar.theme.font(17, true)
         horizontalAlignment: Text.AlignHCenter
         text: bar.page.title
         visible: !bar.page.titlePicture.present
-        width: Math.min(implicitWidth, bar.width - 2 * Math.max(share.width, back.visible ? back.width : 0) - 2 * bar.margin)
+        width: Math.min(implicitWidth, bar.width - bar.leftWidth - bar.rightWidth)
+        // In the middle of the bar, or else as near to it as the buttons allow.
+        x: Math.max(bar.leftWidth, Math.min((bar.width - width) / 2, bar.width - bar.rightWidth - width))
     }
 
     PictureItem {

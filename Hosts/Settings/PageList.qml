@@ -27,7 +27,7 @@ ListView {
     highlightFollowsCurrentItem: false
     keyNavigationEnabled: false
     model: list.page
-    topMargin: 14
+    topMargin: 20
 
     add: Transition {
         enabled: list.theme.animated

@@ -123,7 +123,7 @@ double PageRowItem::textsHeight() const
     const auto heightOf = [&](const QString& text) {
         return text.isEmpty() ? 0 : textGap + TextBlock { text, font, 0 }.size(width() - 2 * margin).height();
     };
-    return std::ceil(heightOf(_page->footerAbove(_row)) + sectionGap + heightOf(_page->header(_row)));
+    return std::ceil(heightOf(_page->footerAbove(_row)) + (_row == 0 ? 0 : sectionGap) + heightOf(_page->header(_row)));
 }
 
 std::shared_ptr<UIControl> PageRowItem::control() const

@@ -17,6 +17,7 @@ SheetBody {
     }
 
     fills: true
+    objectName: "photoSheet"
     preferredWidth: 640
 
     Rectangle {

@@ -22,7 +22,7 @@ FocusScope {
 
     Image {
         anchors.fill: parent
-        asynchronous: true
+        asynchronous: tile.theme.animated
         autoTransform: true
         fillMode: Image.PreserveAspectCrop
         source: "file://" + encodeURI(tile.modelData)

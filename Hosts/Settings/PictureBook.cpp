@@ -18,6 +18,7 @@ constexpr int lowestPage = 667;
 constexpr int highestPage = 4000;
 /// What is asked for at once is there after so many rounds of events.
 constexpr int settlingRounds = 20;
+constexpr const char* photoSheetName = "photoSheet";
 
 struct Entry {
     const char* identifier;
@@ -27,21 +28,25 @@ constexpr std::array<Entry, 6> entries { { { "Calls", "calls" }, { "Messages", "
     { "Bluetooth", "bluetooth" }, { "TDSimSettingsController", "sims" }, { "Misc", "misc" },
     { "VexilProducts", "products" } } };
 
+/// The first row with that identifier; one that ends in a plus stands for all that begin like it.
 int indexOf(const PageModel& page, const QString& identifier)
 {
     for (int i = 0; i < page.rowCount(); ++i) {
-        if (page.identifier(i).startsWith(identifier))
+        const QString own = page.identifier(i);
+        if (page.isRow(i)
+            && (own == identifier || (identifier.endsWith(QLatin1Char('+')) && own.startsWith(identifier))))
             return i;
     }
     return -1;
 }
 
-QQuickItem* firstItem(QQuickItem* below, const char* className)
+template <class Predicate>
+QQuickItem* firstItem(QQuickItem* below, const Predicate& isWanted)
 {
-    if (below->inherits(className) && below->isVisible())
+    if (below->isVisible() && isWanted(*below))
         return below;
     for (QQuickItem* child : below->childItems()) {
-        if (QQuickItem* found = firstItem(child, className))
+        if (QQuickItem* found = firstItem(child, isWanted))
             return found;
     }
     return nullptr;
@@ -70,7 +75,7 @@ void PictureBook::writeAll()
     for (const Entry& entry : entries) {
         open(QString::fromLatin1(entry.identifier));
         if (QLatin1String(entry.name) == QLatin1String("bluetooth"))
-            turnOn(QString());
+            turnOnFirst();
         writePage(QString::fromLatin1(entry.name));
         _window.host().returnToFirstPage();
     }
@@ -81,7 +86,8 @@ void PictureBook::writePage(const QString& name)
 {
     settle();
     // As high as the page is, so that all of it is in the picture.
-    if (const QQuickItem* list = firstItem(_window.rootObject(), "QQuickListView")) {
+    if (const QQuickItem* list = firstItem(_window.rootObject(),
+            [](const QQuickItem& item) { return item.isEnabled() && item.inherits("QQuickListView"); })) {
         const double outside = _window.height() - list->height();
         const double wanted = list->property("contentHeight").toDouble() + list->property("topMargin").toDouble()
             + list->property("bottomMargin").toDouble() + outside;
@@ -109,9 +115,7 @@ void PictureBook::writeSheets()
     if (host.sheet())
         host.sheet()->choose(0);
     takePicture(QStringLiteral("photos"));
-    if (QQuickItem* sheet = firstItem(_window.rootObject(), "PhotoSheet_QMLTYPE")) {
-        Q_UNUSED(sheet)
-    }
+    takeCropPicture();
     if (host.sheet() && !host.sheet()->photos().isEmpty())
         host.sheet()->pickWhole(host.sheet()->photos().first());
     writePage(QStringLiteral("sims-with-logo"));
@@ -119,6 +123,17 @@ void PictureBook::writeSheets()
     if (host.sheet())
         takePicture(QStringLiteral("reset-logo"));
     host.returnToFirstPage();
+}
+
+void PictureBook::takeCropPicture()
+{
+    const SheetModel* library = _window.host().sheet();
+    QQuickItem* sheet = firstItem(_window.rootObject(),
+        [](const QQuickItem& item) { return item.objectName() == QLatin1String(photoSheetName); });
+    if (!sheet || !library || library->photos().isEmpty())
+        return;
+    sheet->setProperty("chosen", library->photos().last());
+    takePicture(QStringLiteral("crop"));
 }
 
 void PictureBook::open(const QString& identifier)
@@ -134,12 +149,10 @@ void PictureBook::tap(const QString& identifier)
     settle();
 }
 
-/// Turns the first switch of the page on whose identifier begins like that, if it is off.
-void PictureBook::turnOn(const QString& identifier)
+void PictureBook::turnOnFirst()
 {
     PageModel* page = _window.host().topPage();
-    const int index = indexOf(*page, identifier);
-    const auto cell = std::dynamic_pointer_cast<PSControlTableCell>(page->cellAt(index));
+    const auto cell = std::dynamic_pointer_cast<PSControlTableCell>(page->cellAt(0));
     const auto toggle = cell ? std::dynamic_pointer_cast<UISwitch>(cell->control()) : nullptr;
     if (!toggle || toggle->isOn())
         return;

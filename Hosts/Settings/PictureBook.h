@@ -22,7 +22,9 @@ private:
     void writeSheets();
     void open(const QString& identifier);
     void tap(const QString& identifier);
-    void turnOn(const QString& identifier);
+    /// Turns the switch in the page's first row on, so that the rows below it are there.
+    void turnOnFirst();
+    void takeCropPicture();
     void takePicture(const QString& name);
     void settle();
 

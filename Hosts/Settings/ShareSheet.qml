@@ -61,6 +61,7 @@ SheetBody {
             }
 
             TextButton {
+                separated: true
                 text: qsTr("Save Picture")
                 theme: body.theme
                 visible: body.sheet.picture.present
@@ -70,6 +71,7 @@ SheetBody {
             }
 
             TextButton {
+                separated: true
                 text: qsTr("Mail")
                 theme: body.theme
                 width: column.width

@@ -8,6 +8,8 @@ FocusScope {
     required property Theme theme
     required property string text
     property bool bold: false
+    /// Whether a line parts the button from what is above it.
+    property bool separated: false
     property color color: button.theme.tint
 
     readonly property int margin: 16
@@ -53,6 +55,15 @@ FocusScope {
         horizontalAlignment: Text.AlignHCenter
         text: button.text
         wrapMode: Text.Wrap
+    }
+
+    Rectangle {
+        anchors.left: parent.left
+        anchors.right: parent.right
+        anchors.top: parent.top
+        color: button.theme.separator
+        height: 0.5
+        visible: button.separated
     }
 
     FocusRing {
