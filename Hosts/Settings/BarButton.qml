@@ -22,7 +22,7 @@ FocusScope {
     Accessible.focusable: true
     Accessible.name: button.name
     Accessible.role: Accessible.Button
-    activeFocusOnTab: button.visible
+    activeFocusOnTab: true
     implicitHeight: 44
     implicitWidth: content.width + 2 * button.margin
 
@@ -64,13 +64,14 @@ FocusScope {
         }
 
         Text {
+            id: label
+
             anchors.verticalCenter: parent.verticalCenter
             color: button.color
-            elide: Text.ElideRight
             font: button.theme.font(17)
             text: button.text
-            visible: button.text !== "" && button.maximumWidth > 2 * button.signSize
-            width: Math.min(implicitWidth, Math.max(0, button.maximumWidth - button.signSize - 2 * button.margin))
+            // A text that would be cut says less than the sign alone.
+            visible: button.text !== "" && label.implicitWidth + button.signSize + 2 * button.margin <= button.maximumWidth
         }
     }
 

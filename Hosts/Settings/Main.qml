@@ -32,7 +32,7 @@ FocusScope {
     }
 
     Shortcut {
-        sequences: ["Alt+Left", StandardKey.Back]
+        sequence: "Alt+Left"
 
         onActivated: main.host.goBack()
     }

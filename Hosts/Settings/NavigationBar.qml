@@ -51,7 +51,10 @@ FocusScope {
         color: bar.ink
         elide: Text.ElideRight
         font: bar.theme.font(17, true)
+        // The bar has one line; a long title at a large text size is drawn smaller rather than cut.
+        fontSizeMode: Text.HorizontalFit
         horizontalAlignment: Text.AlignHCenter
+        minimumPixelSize: 12
         text: bar.page.title
         visible: !bar.page.titlePicture.present
         width: Math.min(implicitWidth, bar.width - bar.leftWidth - bar.rightWidth)

@@ -252,7 +252,7 @@ bool PageModel::canBeWorked(int index) const
 
 QString PageModel::footerAbove(int index) const
 {
-    for (int above = index - 1; above >= 0; --above) {
+    for (int above = std::min(index, static_cast<int>(_rows.size())) - 1; above >= 0; --above) {
         const Row& row = _rows[static_cast<std::size_t>(above)];
         if (row->isGroup())
             return textOf(row->propertyForKey(PSProperty::footerText).optionalString()).trimmed();

@@ -56,6 +56,8 @@ void PageRowItem::setPage(PageModel* page)
     _page = page;
     if (_page) {
         connect(_page, &PageModel::refreshed, this, &PageRowItem::refresh);
+        connect(_page, &PageModel::rowsAboutToBeRemoved, this,
+            [this](const QModelIndex&, int first, int last) { leaveWith(first, last); });
         connect(_page->theme(), &Theme::changed, this, &PageRowItem::refresh);
         connect(_page->theme(), &Theme::showsFocusChanged, this, [this] { update(); });
     }
@@ -87,7 +89,7 @@ void PageRowItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeo
 
 void PageRowItem::refresh()
 {
-    if (!isComponentComplete() || !_page || _row < 0 || _page->isSettling())
+    if (!isComponentComplete() || !_page || _row < 0 || _gone || _page->isSettling())
         return;
     _cell = _page->cellAt(_row);
     _workable = _cell && _page->canBeWorked(_row);
@@ -101,9 +103,20 @@ void PageRowItem::refresh()
     emit refreshed();
 }
 
+/// What is removed keeps its look, and does nothing more.
+void PageRowItem::leaveWith(int first, int last)
+{
+    if (_row < first || _row > last)
+        return;
+    _gone = true;
+    _workable = false;
+    _keyHeld = false;
+    _dragged.reset();
+}
+
 void PageRowItem::layout()
 {
-    if (!isComponentComplete() || !_page || width() <= 0)
+    if (!isComponentComplete() || !_page || _gone || width() <= 0)
         return;
     if (!_cell) {
         setImplicitHeight(textsHeight());
@@ -378,6 +391,13 @@ void PageRowItem::mouseReleaseEvent(QMouseEvent* event)
         letGo();
     else if (touch != Touch::None && inside)
         activate();
+}
+
+void PageRowItem::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    // Two quick taps are two taps; the second may already have been told as a press.
+    if (_touch == Touch::None)
+        mousePressEvent(event);
 }
 
 void PageRowItem::mouseUngrabEvent()

@@ -81,6 +81,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseUngrabEvent() override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
@@ -90,6 +91,7 @@ private:
     enum class Touch { None, Row, Switch, Track, Thumb };
 
     void refresh();
+    void leaveWith(int first, int last);
     void layout();
     double textsHeight() const;
     std::shared_ptr<UIControl> control() const;
@@ -126,4 +128,6 @@ private:
     bool _keyHeld = false;
     bool _workable = false;
     bool _pressed = false;
+    /// The row has gone from the page; the item only fades away.
+    bool _gone = false;
 };

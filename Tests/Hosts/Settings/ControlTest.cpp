@@ -1,0 +1,279 @@
+#include "WindowTest.h"
+
+#include <QAccessible>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <functional>
+
+namespace {
+
+const std::vector<std::pair<QString, std::string>> pages { { "Calls", "calls" }, { "Messages", "messages" },
+    { "Bluetooth", "bluetooth" }, { "Misc", "misc" } };
+
+std::vector<std::pair<std::string, Json>> rowsOf(const Json& reply)
+{
+    std::vector<std::pair<std::string, Json>> rows;
+    for (const Json& row : reply["rows"])
+        rows.emplace_back(row["identifier"].is_string() ? row["identifier"].get<std::string>() : "", row["value"]);
+    return rows;
+}
+
+std::vector<std::string> notificationsOf(const Json& reply)
+{
+    std::vector<std::string> names;
+    for (const Json& event : reply["events"]) {
+        if (event["event"] == "notification")
+            names.push_back(event["name"]);
+    }
+    return names;
+}
+
+} // namespace
+
+/// Does the same to the window and to the driver, and compares rows, notifications and the settings file.
+class ControlTest : public WindowTest {
+protected:
+    using Work = std::function<void(PageRowItem&)>;
+
+    void workEverySwitch(const Work& work)
+    {
+        openWindow();
+        for (const auto& [entry, name] : pages) {
+            const QTemporaryDir otherRoot;
+            Driver driver(otherRoot.path());
+            // Both phones begin with the same settings; the answer comes when the driver's file is there.
+            driver.ask({ { "do", "rows" } });
+            QFile::remove(settingsFile(otherRoot.path()));
+            ASSERT_TRUE(QFile::copy(settingsFile(_root.path()), settingsFile(otherRoot.path())));
+            driver.ask({ { "do", "open" }, { "page", name } });
+            openPage(entry);
+            workPage(driver, otherRoot.path(), work);
+            host().goBack();
+            settle();
+            ASSERT_TRUE(page().isFirst());
+        }
+    }
+
+    void workPage(Driver& driver, const QString& otherRoot, const Work& work)
+    {
+        QStringList identifiers;
+        for (int i = 0; i < page().rowCount(); ++i)
+            identifiers.push_back(page().identifier(i));
+        // Twice, so that everything is off once and on again.
+        for (const QString& identifier : identifiers + identifiers) {
+            PageRowItem* row = item(identifier);
+            if (!row || row->kind() != PageRowItem::Kind::Switch || !row->isWorkable())
+                continue;
+            const std::size_t posted = _posted->names().size();
+            const bool wanted = !row->isChecked();
+            work(*row);
+            settle();
+            const Json reply =
+                driver.ask({ { "do", "set" }, { "row", identifier.toStdString() }, { "value", wanted } });
+            ASSERT_TRUE(reply["ok"].get<bool>()) << reply;
+            const std::vector<std::string> news(
+                _posted->names().begin() + static_cast<long>(posted), _posted->names().end());
+            EXPECT_EQ(news, notificationsOf(reply)) << identifier.toStdString();
+            EXPECT_EQ(shownRows(), rowsOf(driver.ask({ { "do", "rows" } }))) << identifier.toStdString();
+            EXPECT_EQ(settings(_root.path()), settings(otherRoot)) << identifier.toStdString();
+        }
+    }
+};
+
+TEST_F(ControlTest, SwitchesByMouse)
+{
+    workEverySwitch([this](PageRowItem& row) {
+        QTest::mouseClick(_window.get(), Qt::LeftButton, {}, inWindow(row, row.controlFrame().center()));
+    });
+}
+
+TEST_F(ControlTest, SwitchesByTouch)
+{
+    QPointingDevice* screen = QTest::createTouchDevice();
+    workEverySwitch([&](PageRowItem& row) {
+        const QPoint place = inWindow(row, row.controlFrame().center());
+        QTest::touchEvent(_window.get(), screen).press(0, place, _window.get());
+        QTest::touchEvent(_window.get(), screen).release(0, place, _window.get());
+    });
+}
+
+TEST_F(ControlTest, SwitchesByKeyboard)
+{
+    workEverySwitch([this](PageRowItem& row) {
+        list()->setProperty("currentIndex", row.row());
+        list()->forceActiveFocus();
+        QTest::keyClick(_window.get(), Qt::Key_Space);
+    });
+}
+
+TEST_F(ControlTest, SliderWritesOnceWhenTheMouseLetsGo)
+{
+    openWindow();
+    openPage("Calls");
+    PageRowItem* row = item("TandemSimSelectionTimeForCalls");
+    ASSERT_TRUE(row);
+    ASSERT_EQ(row->kind(), PageRowItem::Kind::Slider);
+    const QByteArray before = settings(_root.path());
+    const QPoint thumb = inWindow(*row, row->thumbFrame().center());
+    QTest::mousePress(_window.get(), Qt::LeftButton, {}, thumb);
+    for (int x = 10; x <= 120; x += 10)
+        QTest::mouseMove(_window.get(), thumb + QPoint(x, 0));
+    EXPECT_TRUE(_posted->names().empty());
+    EXPECT_EQ(settings(_root.path()), before);
+    EXPECT_GT(row->value(), 4);
+    QTest::mouseRelease(_window.get(), Qt::LeftButton, {}, thumb + QPoint(120, 0));
+    settle();
+    EXPECT_EQ(_posted->names().size(), 1U);
+    EXPECT_NE(settings(_root.path()), before);
+    EXPECT_EQ(row->value(), std::round(row->value()));
+}
+
+TEST_F(ControlTest, SliderWritesOnceWhenTheKeyIsLetGo)
+{
+    openWindow();
+    openPage("Calls");
+    PageRowItem* row = item("TandemSimSelectionTimeForCalls");
+    ASSERT_TRUE(row);
+    list()->setProperty("currentIndex", row->row());
+    list()->forceActiveFocus();
+    for (int i = 0; i < 3; ++i)
+        QTest::keyPress(_window.get(), Qt::Key_Right);
+    EXPECT_TRUE(_posted->names().empty());
+    QTest::keyRelease(_window.get(), Qt::Key_Right);
+    settle();
+    EXPECT_EQ(_posted->names().size(), 1U);
+    EXPECT_EQ(row->value(), 6);
+}
+
+TEST_F(ControlTest, SliderWritesOnceWhenTheFingerLetsGo)
+{
+    openWindow();
+    openPage("Calls");
+    QPointingDevice* screen = QTest::createTouchDevice();
+    PageRowItem* row = item("TandemSimSelectionTimeForCalls");
+    ASSERT_TRUE(row);
+    const QPoint thumb = inWindow(*row, row->thumbFrame().center());
+    QTest::touchEvent(_window.get(), screen).press(0, thumb, _window.get());
+    for (int x = 10; x <= 80; x += 10)
+        QTest::touchEvent(_window.get(), screen).move(0, thumb + QPoint(x, 0), _window.get());
+    EXPECT_TRUE(_posted->names().empty());
+    QTest::touchEvent(_window.get(), screen).release(0, thumb + QPoint(80, 0), _window.get());
+    settle();
+    EXPECT_EQ(_posted->names().size(), 1U);
+}
+
+TEST_F(ControlTest, KeyboardAloneOpensAPageAndGoesBack)
+{
+    openWindow();
+    ASSERT_TRUE(list()->hasActiveFocus());
+    for (int i = 0; i < 10 && page().isFirst(); ++i) {
+        QTest::keyClick(_window.get(), Qt::Key_Down);
+        if (page().identifier(list()->property("currentIndex").toInt()) == "Calls")
+            QTest::keyClick(_window.get(), Qt::Key_Return);
+        settle();
+    }
+    EXPECT_EQ(page().title(), "Calls");
+    EXPECT_TRUE(host().theme()->showsFocus());
+    QTest::keyClick(_window.get(), Qt::Key_Left, Qt::AltModifier);
+    settle();
+    EXPECT_TRUE(page().isFirst());
+}
+
+TEST_F(ControlTest, EdgeSwipeGoesBack)
+{
+    openWindow();
+    openPage("Calls");
+    QPointingDevice* screen = QTest::createTouchDevice();
+    QTest::touchEvent(_window.get(), screen).press(0, { 5, 300 }, _window.get());
+    for (int x = 15; x <= 300; x += 15)
+        QTest::touchEvent(_window.get(), screen).move(0, { x, 300 }, _window.get());
+    QTest::touchEvent(_window.get(), screen).release(0, { 300, 300 }, _window.get());
+    settle();
+    EXPECT_TRUE(page().isFirst());
+}
+
+TEST_F(ControlTest, SheetByKeyboard)
+{
+    openWindow();
+    openPage("Misc");
+    list()->setProperty("currentIndex", indexOf("EmailLog"));
+    list()->forceActiveFocus();
+    QTest::keyClick(_window.get(), Qt::Key_Return);
+    settle();
+    ASSERT_TRUE(host().sheet());
+    EXPECT_EQ(host().sheet()->kind(), SheetModel::Kind::Alert);
+    QTest::keyClick(_window.get(), Qt::Key_Return);
+    settle();
+    EXPECT_FALSE(host().sheet());
+}
+
+TEST_F(ControlTest, OnlyTheNamedRowComesAndGoes)
+{
+    openWindow();
+    openPage("Calls");
+    QSignalSpy removed(&page(), &QAbstractItemModel::rowsRemoved);
+    QSignalSpy inserted(&page(), &QAbstractItemModel::rowsInserted);
+    QSignalSpy reset(&page(), &QAbstractItemModel::modelReset);
+    const int slider = indexOf("TandemSimSelectionTimeForCalls");
+    const auto before = items();
+    item("ShowSimSlectionForCalls")->activate();
+    settle();
+    ASSERT_EQ(removed.size(), 1);
+    EXPECT_EQ(removed[0][1].toInt(), slider);
+    EXPECT_EQ(removed[0][2].toInt(), slider);
+    EXPECT_EQ(inserted.size(), 0);
+    for (const PageRowItem* row : items())
+        EXPECT_NE(std::find(before.begin(), before.end(), row), before.end());
+    item("ShowSimSlectionForCalls")->activate();
+    settle();
+    ASSERT_EQ(inserted.size(), 1);
+    EXPECT_EQ(inserted[0][1].toInt(), slider);
+    EXPECT_EQ(removed.size(), 1);
+    EXPECT_EQ(reset.size(), 0);
+}
+
+TEST_F(ControlTest, AReloadOfTheSameRowsMovesNothing)
+{
+    openWindow();
+    openPage("Calls");
+    QSignalSpy removed(&page(), &QAbstractItemModel::rowsRemoved);
+    QSignalSpy inserted(&page(), &QAbstractItemModel::rowsInserted);
+    settle();
+    const QImage before = _window->grabWindow();
+    page().list()->reloadSpecifiers();
+    EXPECT_EQ(removed.size() + inserted.size(), 0);
+    settle();
+    EXPECT_EQ(_window->grabWindow(), before);
+}
+
+TEST_F(ControlTest, AccessibleTreeWorksTheCallsPage)
+{
+    openWindow();
+    openPage("Calls");
+    PageRowItem* row = item("ShowSimSlectionForCalls");
+    QAccessibleInterface* toggle = QAccessible::queryAccessibleInterface(row);
+    ASSERT_TRUE(toggle);
+    EXPECT_EQ(toggle->role(), QAccessible::CheckBox);
+    EXPECT_EQ(toggle->text(QAccessible::Name), "Ask Before Each Call");
+    EXPECT_TRUE(toggle->state().checked);
+    ASSERT_TRUE(toggle->actionInterface());
+    toggle->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    settle();
+    EXPECT_FALSE(toggle->state().checked);
+    EXPECT_EQ(indexOf("TandemSimSelectionTimeForCalls"), -1);
+    toggle->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    settle();
+
+    QAccessibleInterface* slider = QAccessible::queryAccessibleInterface(item("TandemSimSelectionTimeForCalls"));
+    ASSERT_TRUE(slider);
+    EXPECT_EQ(slider->role(), QAccessible::Slider);
+    EXPECT_EQ(slider->text(QAccessible::Name), "Seconds to Choose a SIM");
+    ASSERT_TRUE(slider->valueInterface());
+    EXPECT_EQ(slider->valueInterface()->currentValue().toDouble(), 3);
+    EXPECT_EQ(slider->valueInterface()->minimumValue().toDouble(), 1);
+    EXPECT_EQ(slider->valueInterface()->maximumValue().toDouble(), 10);
+    slider->valueInterface()->setCurrentValue(7.0);
+    settle();
+    EXPECT_EQ(slider->valueInterface()->currentValue().toDouble(), 7);
+}
