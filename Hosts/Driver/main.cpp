@@ -67,12 +67,23 @@ std::string pageOf(const CommandLine& line)
     return line.arguments.empty() ? rootPageName : line.arguments.front();
 }
 
+/// The cell of each row, null for a group.
+std::vector<Json> cellsOf(DriverSession& session, std::size_t count)
+{
+    std::vector<Json> cells;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Json reply = session.handle({ { "do", "cell" }, { "row", i } });
+        cells.push_back(reply["ok"].get<bool>() ? reply["cell"] : Json());
+    }
+    return cells;
+}
+
 int show(DriverSession& session, const CommandLine& line)
 {
     const Json reply = asked(session, { { "do", "rows" } });
     if (reply.is_null())
         return exitFailure;
-    std::cout << (line.json ? lineOf(reply) + "\n" : printedPage(reply));
+    std::cout << (line.json ? lineOf(reply) + "\n" : printedPage(reply, cellsOf(session, reply["rows"].size())));
     return 0;
 }
 
