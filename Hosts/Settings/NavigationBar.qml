@@ -73,7 +73,7 @@ FocusScope {
         tint: bar.ink
         visible: bar.page.titlePicture.present
 
-        NumberAnimation on opacity {
+        NumberAnimation on opacity  {
             duration: bar.page.titleFade
             easing.type: Easing.InOutQuad
             from: 0

@@ -31,9 +31,15 @@ void PageStack::pop(const UIViewController& controller)
 
 void PageStack::hasLeft(PageModel* page)
 {
+    QMetaObject::invokeMethod(
+        this, [this, page] { remove(page); }, Qt::QueuedConnection);
+}
+
+void PageStack::remove(const PageModel* page)
+{
     const auto found =
         std::find_if(_pages.begin(), _pages.end(), [page](const auto& candidate) { return candidate.get() == page; });
-    if (found == _pages.end() || !page->isLeaving())
+    if (found == _pages.end() || !(*found)->isLeaving())
         return;
     const int index = static_cast<int>(found - _pages.begin());
     // The views let go of the page before it goes.

@@ -15,7 +15,7 @@ public:
     void push(std::shared_ptr<PageModel> page);
     /// The page leaves the stack; it stays on the screen until `hasLeft` is called.
     void pop(const UIViewController& controller);
-    /// Called when the page is out of sight.
+    /// Called when the page is out of sight; it goes when the view that calls has come to an end.
     Q_INVOKABLE void hasLeft(PageModel* page);
     /// How many pages are there without those that are leaving.
     int depth() const;
@@ -32,5 +32,7 @@ signals:
     void depthChanged();
 
 private:
+    void remove(const PageModel* page);
+
     std::vector<std::shared_ptr<PageModel>> _pages;
 };

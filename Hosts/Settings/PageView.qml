@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Tandem.Settings
 
@@ -14,6 +16,7 @@ FocusScope {
     property real slide: view.page.first || !view.theme.animated ? 0 : 1
 
     readonly property Theme theme: view.host.theme
+    readonly property bool leaving: view.page.leaving
     readonly property bool onTop: view.index === view.host.pages.depth - 1
     readonly property int direction: view.theme.mirrored ? -1 : 1
     readonly property int slideDuration: 320
@@ -39,7 +42,7 @@ FocusScope {
 
     function finish() {
         if (view.page.leaving)
-            Qt.callLater(view.host.pages.hasLeft, view.page);
+            view.host.pages.hasLeft(view.page);
     }
 
     enabled: view.onTop
@@ -48,17 +51,10 @@ FocusScope {
 
     Component.onCompleted: view.settle()
     Keys.onEscapePressed: view.page.goBack()
+    onLeavingChanged: view.settle()
     onOnTopChanged: {
         if (view.onTop)
             list.forceActiveFocus();
-    }
-
-    Connections {
-        function onLeavingChanged() {
-            view.settle();
-        }
-
-        target: view.page
     }
 
     NumberAnimation {

@@ -1,3 +1,5 @@
+pragma ComponentBehavior: Bound
+
 import QtQuick
 import Tandem.Settings
 
@@ -6,12 +8,12 @@ FocusScope {
     id: library
 
     required property Theme theme
-    required property list<string> photos
+    required property SheetModel sheet
 
     readonly property int spacing: 2
     readonly property real widest: 130
 
-    signal taken(photo: string)
+    signal taken(string photo)
     signal cancelled
 
     Item {
@@ -50,7 +52,7 @@ FocusScope {
         font: library.theme.font(17)
         horizontalAlignment: Text.AlignHCenter
         text: qsTr("There are no photos on this phone.")
-        visible: library.photos.length === 0
+        visible: grid.count === 0
         width: parent.width - 48
         wrapMode: Text.Wrap
     }
@@ -71,7 +73,7 @@ FocusScope {
         cellWidth: grid.width / grid.columns
         clip: true
         focus: true
-        model: library.photos
+        model: library.sheet.photos
 
         delegate: PhotoTile {
             height: grid.cellHeight - library.spacing

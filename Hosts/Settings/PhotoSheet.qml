@@ -30,7 +30,7 @@ SheetBody {
         anchors.fill: parent
         enabled: body.chosen === ""
         focus: body.chosen === ""
-        photos: body.sheet.photos
+        sheet: body.sheet
         theme: body.theme
         visible: body.chosen === ""
 

@@ -32,9 +32,9 @@ FocusScope {
     function follow() {
         if (layer.up) {
             loader.setSource(layer.fileOf(layer.host.sheet.kind), {
-                "host": layer.host,
-                "sheet": layer.host.sheet
-            });
+                    "host": layer.host,
+                    "sheet": layer.host.sheet
+                });
             layer.body.forceActiveFocus();
         }
         moving.stop();

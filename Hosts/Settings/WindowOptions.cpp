@@ -36,6 +36,8 @@ private:
             _options.mirrored = true;
         else if (word == QLatin1String("--reduced-motion"))
             _options.reducedMotion = true;
+        else if (word == QLatin1String("--until-first-frame"))
+            _options.untilFirstFrame = true;
         else if (word.startsWith(QLatin1String("--")))
             takeWithValue(word.section(QLatin1Char('='), 0, 0), word);
         else if (!word.startsWith(QLatin1Char('-')))

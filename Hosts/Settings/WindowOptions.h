@@ -20,6 +20,8 @@ struct WindowOptions {
     bool dark = false;
     bool mirrored = false;
     bool reducedMotion = false;
+    /// For measuring: the window closes when it has been seen once.
+    bool untilFirstFrame = false;
     bool help = false;
 
     /// Nothing, and one line that says what is wrong in `error`, for words that are no options of ours. Options of the

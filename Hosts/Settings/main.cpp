@@ -44,6 +44,8 @@ int showWindow(SettingsWindow& window, const WindowOptions& options)
 {
     if (options.dark)
         window.host().setDark(true);
+    if (options.untilFirstFrame)
+        QObject::connect(&window, &QQuickWindow::frameSwapped, qGuiApp, &QGuiApplication::quit, Qt::QueuedConnection);
     window.show();
     // After the first frame, as nothing of it waits for this.
     QTimer::singleShot(0, &window, [&window] { window.host().startFollowing(); });
