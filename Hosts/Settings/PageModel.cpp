@@ -175,6 +175,12 @@ void PageModel::openLink()
         _host.turn([this] { Phone::current().links->open(link().toStdString()); });
 }
 
+void PageModel::liveWith(QObject* item)
+{
+    // The connection holds the page until the item, and the connection with it, is gone.
+    QObject::connect(item, &QObject::destroyed, [keptAlive = shared_from_this()] {});
+}
+
 int PageModel::nextWorkable(int index, int direction) const
 {
     for (int next = index + direction; next >= 0 && next < rowCount(); next += direction) {

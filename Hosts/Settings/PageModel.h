@@ -65,6 +65,8 @@ public:
     Q_INVOKABLE void pressLeft();
     Q_INVOKABLE void pressRight();
     Q_INVOKABLE void openLink();
+    /// The page stays for as long as the item that shows it, however late that goes.
+    Q_INVOKABLE void liveWith(QObject* item);
     /// The next item in that direction (1 or -1) that a user can do something with; the index itself when there is
     /// none.
     Q_INVOKABLE int nextWorkable(int index, int direction) const;

@@ -47,7 +47,6 @@ void PageStack::remove(const PageModel* page)
     beginRemoveRows({}, index, index);
     _pages.erase(found);
     endRemoveRows();
-    keptAlive->disconnect();
 }
 
 int PageStack::depth() const

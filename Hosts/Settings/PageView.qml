@@ -49,7 +49,15 @@ FocusScope {
     visible: view.slide < 1 && view.coverage < 1
     x: view.direction * view.width * (view.slide - view.parallax * view.coverage)
 
-    Component.onCompleted: view.settle()
+    Component.onCompleted: {
+        view.page.liveWith(view);
+        if (view.page.link !== "")
+            linkLoader.setSource("LinkPage.qml", {
+                "page": view.page,
+                "theme": view.theme
+            });
+        view.settle();
+    }
     Keys.onEscapePressed: view.page.goBack()
     onLeavingChanged: view.settle()
     onOnTopChanged: {
@@ -97,13 +105,9 @@ FocusScope {
     }
 
     Loader {
-        active: view.page.link !== ""
-        anchors.fill: list
+        id: linkLoader
 
-        sourceComponent: LinkPage {
-            page: view.page
-            theme: view.theme
-        }
+        anchors.fill: list
     }
 
     Rectangle {
