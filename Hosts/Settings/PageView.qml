@@ -53,9 +53,9 @@ FocusScope {
         view.page.liveWith(view);
         if (view.page.link !== "")
             linkLoader.setSource("LinkPage.qml", {
-                "page": view.page,
-                "theme": view.theme
-            });
+                    "page": view.page,
+                    "theme": view.theme
+                });
         view.settle();
     }
     Keys.onEscapePressed: view.page.goBack()
