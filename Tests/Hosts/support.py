@@ -303,7 +303,7 @@ class PhoneTest(unittest.TestCase):
     # The bundle
 
     def place_bundle(self):
-        """Puts a copy of the bundle on the phone, whose files a test may change, in the place of the link to the real one."""
+        """Puts a copy of the bundle, whose files a test may change, on the phone, in place of a link to the real one."""
         if self.bundle.is_symlink():
             self.bundle.unlink()
         if not self.bundle.exists():
