@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Demo/DemoPhone.h"
+#include "Linux/LinuxPhone.h"
 #include "Phone/Phone.h"
 #include "PreferencesUI/PSListController.h"
 #include "Shared/HostOptions.h"
@@ -19,6 +20,8 @@ public:
     /// The host's chance to stand before a service, as to show what the pages post and log.
     using PhoneDecorator = std::function<void(Phone&)>;
 
+    ~HostSession();
+
     /// Opens the phone and loads the bundle. Null, and one line that says why in `error`, when either cannot be.
     static std::unique_ptr<HostSession> open(
         const HostOptions& options, const PhoneDecorator& decorate, std::string& error);
@@ -35,13 +38,14 @@ public:
 
     UINavigationController& navigation() { return *_navigation; }
     std::shared_ptr<PSListController> rootPage() const { return _root; }
-    DemoPhone& demoPhone() { return *_demoPhone; }
+    /// Null on another phone.
+    DemoPhone* demoPhone() { return _demoPhone.get(); }
     const std::shared_ptr<DiskFiles>& files() const { return _files; }
     const Class& principalClass() const { return *_principalClass; }
     /// What the user is to be told once, as that a damaged file was replaced; absent for nothing.
     const std::optional<std::string>& notice() const { return _notice; }
 
-    /// The system changes its appearance. False on a phone without one.
+    /// The system changes its appearance. False on a phone without one, or with one that the user changes elsewhere.
     bool setDarkAppearance(bool dark);
 
 private:
@@ -53,12 +57,16 @@ private:
 
     HostSession() = default;
 
+    bool openPhone(Phone& phone, std::string& error);
+    void appearanceChanged();
     bool provision(std::string& error);
     void catchUp();
 
     HostOptions _options;
     std::shared_ptr<DiskFiles> _files;
+    /// One of the two, as the user chose.
     std::unique_ptr<DemoPhone> _demoPhone;
+    std::unique_ptr<LinuxPhone> _linuxPhone;
     std::unique_ptr<SettingsFile> _settingsFile;
     const Class* _principalClass = nullptr;
     std::shared_ptr<UINavigationController> _navigation;
