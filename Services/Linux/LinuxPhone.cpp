@@ -10,9 +10,17 @@
 #include <QDir>
 #include <QGuiApplication>
 
+#include <iostream>
+
 namespace {
 
 constexpr const char* simNamesFile = "/tandem/sim-names";
+
+void keepQuiet(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::cerr << text.toStdString() << std::endl;
+}
 
 QString configurationFolder()
 {
@@ -26,6 +34,8 @@ std::unique_ptr<QCoreApplication> windowlessApplication()
 {
     if (QCoreApplication::instance())
         return nullptr;
+    // What the libraries find remarkable about the machine is nothing that a page tells of.
+    qInstallMessageHandler(keepQuiet);
     static char program[] = "tandem";
     static char option[] = "-platform";
     static char platform[] = "offscreen";
