@@ -57,10 +57,10 @@ std::vector<QDBusMessage> BusCaller::callAll(const std::vector<QDBusMessage>& re
     const auto start = Clock::now();
     std::vector<std::optional<QDBusPendingCall>> calls;
     for (const QDBusMessage& request : requests) {
-        const bool asks =
-            _bus.isConnected() && _budget->left().count() > 0 && !_budget->hasFailed(request.service().toStdString());
-        calls.push_back(
-            asks ? std::optional(_bus.asyncCall(request, static_cast<int>(_budget->left().count()))) : std::nullopt);
+        const bool asks = _bus.isConnected() && _budget->patience().count() > 0
+            && !_budget->hasFailed(request.service().toStdString());
+        calls.push_back(asks ? std::optional(_bus.asyncCall(request, static_cast<int>(_budget->patience().count())))
+                             : std::nullopt);
     }
     std::vector<QDBusMessage> replies;
     for (std::size_t i = 0; i < calls.size(); ++i) {

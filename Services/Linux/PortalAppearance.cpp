@@ -6,7 +6,6 @@
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
-#include <QDBusVariant>
 
 #include <array>
 #include <cmath>
@@ -57,6 +56,8 @@ PortalAppearance::PortalAppearance(BusCaller sessionBus)
 {
     if (!_bus.isConnected())
         return;
+    // The bus looks the types of a slot up by their names, which must be known by then.
+    qRegisterMetaType<QDBusVariant>();
     QDBusConnection bus = _bus.bus();
     bus.connect(QLatin1String(portalService), QLatin1String(portalPath), QLatin1String(settingsInterface),
         QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QString, QString, QDBusVariant)));

@@ -3,12 +3,10 @@
 #include "Linux/BusCaller.h"
 #include "Phone/Appearance.h"
 
+#include <QDBusVariant>
 #include <QObject>
 
 #include <functional>
-
-class QDBusPendingCallWatcher;
-class QDBusVariant;
 
 /// The appearance and the text size that the user chose for the desktop, by way of the settings portal, followed as
 /// they change. Light and of the usual size while there is no portal; one that comes later is read then.

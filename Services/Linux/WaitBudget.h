@@ -16,8 +16,9 @@ public:
     static constexpr Milliseconds whole { 400 };
 
     void renew();
-    /// Zero when it is spent.
-    Milliseconds left() const { return _left; }
+    /// How long the next question may be waited for: half of what is left, so that a daemon that hangs does not take
+    /// the time of those that answer. Zero when it is spent.
+    Milliseconds patience() const { return _left / 2; }
     void spend(Milliseconds time) { _left = time < _left ? _left - time : Milliseconds::zero(); }
 
     void noteFailureOf(const std::string& daemon) { _failed.insert(daemon); }

@@ -36,7 +36,9 @@ class Bus:
             "<allow own='*'/></policy></busconfig>"
         )
         self.process = subprocess.Popen(
-            ["dbus-daemon", f"--config-file={config}", "--nofork", "--print-address"], stdout=subprocess.PIPE
+            ["dbus-daemon", f"--config-file={config}", "--nofork", "--print-address"],
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
         )
         self.address = self.process.stdout.readline().decode().strip()
         self.connection = Gio.DBusConnection.new_for_address_sync(
@@ -75,7 +77,8 @@ class Bus:
         GLib.source_remove(alarm)
 
     def stop(self):
-        self.connection.close_sync(None)
+        if not self.connection.is_closed():
+            self.connection.close_sync(None)
         self.process.terminate()
         self.process.wait()
         self.process.stdout.close()
