@@ -1,8 +1,9 @@
 #include "Linux/BusCaller.h"
 
+#include "Linux/BusProbe.h"
+
 #include <QDBusError>
 #include <QDBusPendingCall>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <optional>
@@ -13,9 +14,12 @@ using Clock = std::chrono::steady_clock;
 
 constexpr const char* systemBusName = "tandem-system";
 constexpr const char* sessionBusName = "tandem-session";
+constexpr const char* systemAddressVariable = "DBUS_SYSTEM_BUS_ADDRESS";
 constexpr const char* sessionAddressVariable = "DBUS_SESSION_BUS_ADDRESS";
 constexpr const char* runtimeDirectoryVariable = "XDG_RUNTIME_DIR";
 constexpr const char* runtimeSocket = "/bus";
+constexpr const char* systemSocket = "/run/dbus/system_bus_socket";
+constexpr const char* socketAddress = "unix:path=";
 
 QDBusMessage refusal(const QDBusMessage& request)
 {
@@ -42,12 +46,26 @@ bool isFailureOfDaemon(const QDBusMessage& reply)
 }
 
 /// Where no address is given, the bus library would start a bus of its own.
-bool hasSessionBus()
+QString sessionAddress()
 {
-    if (!qEnvironmentVariableIsEmpty(sessionAddressVariable))
-        return true;
+    const QString address = qEnvironmentVariable(sessionAddressVariable);
     const QString directory = qEnvironmentVariable(runtimeDirectoryVariable);
-    return !directory.isEmpty() && QFileInfo::exists(directory + QLatin1String(runtimeSocket));
+    if (!address.isEmpty() || directory.isEmpty())
+        return address;
+    return QLatin1String(socketAddress) + directory + QLatin1String(runtimeSocket);
+}
+
+QString systemAddress()
+{
+    const QString address = qEnvironmentVariable(systemAddressVariable);
+    return address.isEmpty() ? QLatin1String(socketAddress) + QLatin1String(systemSocket) : address;
+}
+
+QDBusConnection connected(const QString& address, QDBusConnection::BusType type, const char* name)
+{
+    if (!doesBusAnswer(address))
+        return QDBusConnection(QLatin1String(name));
+    return QDBusConnection::connectToBus(type, QLatin1String(name));
 }
 
 } // namespace
@@ -77,12 +95,10 @@ std::vector<QDBusMessage> BusCaller::callAll(const std::vector<QDBusMessage>& re
 
 QDBusConnection systemBus()
 {
-    return QDBusConnection::connectToBus(QDBusConnection::SystemBus, QLatin1String(systemBusName));
+    return connected(systemAddress(), QDBusConnection::SystemBus, systemBusName);
 }
 
 QDBusConnection sessionBus()
 {
-    if (!hasSessionBus())
-        return QDBusConnection(QLatin1String(sessionBusName));
-    return QDBusConnection::connectToBus(QDBusConnection::SessionBus, QLatin1String(sessionBusName));
+    return connected(sessionAddress(), QDBusConnection::SessionBus, sessionBusName);
 }

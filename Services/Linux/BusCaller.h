@@ -30,6 +30,7 @@ private:
     std::shared_ptr<WaitBudget> _budget;
 };
 
-/// The machine's bus, and the user's own. Not connected where there is none; no bus is started.
+/// The machine's bus, and the user's own. Not connected where there is none or it does not answer; no bus is
+/// started.
 QDBusConnection systemBus();
 QDBusConnection sessionBus();

@@ -2,6 +2,8 @@
 
 import os
 import shutil
+import signal
+import socket
 import time
 import unittest
 
@@ -165,6 +167,29 @@ class TroubleTest(MachineTest):
         driver.ask("set", row="TandemEnabled", value=False)
         driver.ask("set", row="TandemEnabled", value=True)
         driver.open("sims")
+        self.assertEqual(driver.rows(), [])
+
+    def test_bus_that_never_answers(self):
+        listener = socket.socket(socket.AF_UNIX)
+        self.addCleanup(listener.close)
+        path = f"{self.folder}/mute"
+        listener.bind(path)
+        listener.listen()
+        for name in ("DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"):
+            self.environment[name] = f"unix:path={path}"
+        start = time.monotonic()
+        code, _, complaints = self.run_tandem("--phone", "linux", "show", "bluetooth")
+        self.assertEqual((code, complaints), (0, ""))
+        self.assertLess(time.monotonic() - start, 2 * LONGEST_SECONDS * SLACK)
+
+    def test_bus_that_hangs_while_a_page_is_open(self):
+        driver = self.on_linux()
+        driver.ask("rows")
+        self.system.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.system.process.send_signal, signal.SIGCONT)
+        start = time.monotonic()
+        driver.open("sims")
+        self.assertLess(time.monotonic() - start, LONGEST_SECONDS * SLACK * ATTEMPTS)
         self.assertEqual(driver.rows(), [])
 
 
