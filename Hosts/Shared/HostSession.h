@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// A host's way to the pages: the phone, the bundle, the root page on a navigation stack, and the turns in which events
 /// are handed to the pages. One a process.
@@ -40,6 +41,8 @@ public:
     std::shared_ptr<PSListController> rootPage() const { return _root; }
     /// Null on another phone.
     DemoPhone* demoPhone() { return _demoPhone.get(); }
+    /// The files of the phone's photo library; none on another phone than the demo phone.
+    std::vector<std::string> photos() const { return _demoPhone ? _demoPhone->photos() : std::vector<std::string>(); }
     const std::shared_ptr<DiskFiles>& files() const { return _files; }
     const Class& principalClass() const { return *_principalClass; }
     /// What the user is to be told once, as that a damaged file was replaced; absent for nothing.
