@@ -73,18 +73,6 @@ bool carriesCheckmark(const CTXPCServiceSubscriptionContext& context, const std:
 
 } // namespace
 
-bool TDSIMInfoTableCell::initWithStyle_reuseIdentifier_specifier(
-    UITableViewCellStyle /*style*/, std::optional<std::string> reuseIdentifier, const Row& row)
-{
-    return Super::initWithStyle_reuseIdentifier_specifier(
-        UITableViewCellStyle::Subtitle, std::move(reuseIdentifier), row);
-}
-
-bool TDSIMInfoTableCell::initWithSpecifier(const Row& row)
-{
-    return initWithStyle_reuseIdentifier_specifier(UITableViewCellStyle::Subtitle, std::nullopt, row);
-}
-
 const Rows& TDBluetoothDevicesController::specifiers()
 {
     if (!_specifiers)

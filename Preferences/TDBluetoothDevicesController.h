@@ -1,15 +1,11 @@
 #pragma once
 
 #include "TDSettingsPage.h"
+#include "TDSubtitleCell.h"
 
-/// The cell of every SIM row: the carrier's name above, a second line below, whatever style is asked for.
-class TDSIMInfoTableCell : public PSTableCell {
-    NS_CLASS(TDSIMInfoTableCell, PSTableCell)
-public:
-    // PSTableCell
-    bool initWithStyle_reuseIdentifier_specifier(
-        UITableViewCellStyle style, std::optional<std::string> reuseIdentifier, const Row& row) override;
-    bool initWithSpecifier(const Row& row) override;
+/// The cell of every SIM row: the carrier's name above, a second line below.
+class TDSIMInfoTableCell : public TDSubtitleCell {
+    NS_CLASS(TDSIMInfoTableCell, TDSubtitleCell)
 };
 
 /// The Bluetooth page: a switch for each paired device, and under a device that is on one row for each SIM, of which

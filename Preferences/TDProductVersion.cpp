@@ -24,11 +24,12 @@ std::string quoted(const std::string& argument)
     return stringWithFormat("'%@'", { argument });
 }
 
-/// Keeps the complaints of a process that is started meanwhile off the terminal: that the package is not installed is no error
-/// here.
+/// Keeps the complaints of a process that is started meanwhile off the terminal: that the package is not installed is
+/// no error here.
 class SilencedErrors {
 public:
-    SilencedErrors() : _kept(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1))
+    SilencedErrors()
+        : _kept(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1))
     {
         const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
         if (_kept >= 0 && nowhere >= 0)

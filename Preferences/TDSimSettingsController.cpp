@@ -88,18 +88,6 @@ void drawAsLogo(UIImageView& view)
 
 } // namespace
 
-bool TDSIMMaskTableCell::initWithStyle_reuseIdentifier_specifier(
-    UITableViewCellStyle /*style*/, std::optional<std::string> reuseIdentifier, const Row& row)
-{
-    return Super::initWithStyle_reuseIdentifier_specifier(
-        UITableViewCellStyle::Subtitle, std::move(reuseIdentifier), row);
-}
-
-bool TDSIMMaskTableCell::initWithSpecifier(const Row& row)
-{
-    return initWithStyle_reuseIdentifier_specifier(UITableViewCellStyle::Subtitle, std::nullopt, row);
-}
-
 void TDSIMMaskTableCell::layoutSubviews()
 {
     Super::layoutSubviews();

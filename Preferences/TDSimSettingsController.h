@@ -1,16 +1,14 @@
 #pragma once
 
 #include "TDSettingsPage.h"
+#include "TDSubtitleCell.h"
 #include "UIKit/UIAlertController.h"
 
-/// The cell of the page's button rows: a title over a second line, and an image of a fixed size in the corner.
-class TDSIMMaskTableCell : public PSTableCell {
-    NS_CLASS(TDSIMMaskTableCell, PSTableCell)
+/// The cell of the page's button rows: an image of a fixed size in the corner.
+class TDSIMMaskTableCell : public TDSubtitleCell {
+    NS_CLASS(TDSIMMaskTableCell, TDSubtitleCell)
 public:
     // PSTableCell
-    bool initWithStyle_reuseIdentifier_specifier(
-        UITableViewCellStyle style, std::optional<std::string> reuseIdentifier, const Row& row) override;
-    bool initWithSpecifier(const Row& row) override;
     void layoutSubviews() override;
 };
 

@@ -1,13 +1,12 @@
 #include "Driver/DriverSession.h"
 
+#include "Demo/DemoFile.h"
 #include "Driver/PageNames.h"
 #include "Foundation/NSNotificationCenter.h"
 #include "Foundation/NSString.h"
 #include "UIKit/UIAlertController.h"
 #include "libvexil/VXMiscSettingsViewController.h"
 
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 
 namespace {
@@ -15,6 +14,8 @@ namespace {
 constexpr CGSize screenSize { 375, 667 };
 constexpr double narrowestCell = 1;
 constexpr double widestCell = 10000;
+constexpr const char* leaveShareSheetTitle = "Cancel";
+constexpr std::size_t largestPicture = std::size_t { 64 } << 20;
 
 /// A request that cannot be done, in one line for whoever sent it.
 class RequestError : public std::runtime_error {
@@ -84,14 +85,6 @@ void moveControl(UIControl& control, const Json& value, const std::string& rowNa
     slider->release();
 }
 
-std::optional<Bytes> contentOf(const std::string& file)
-{
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream)
-        return std::nullopt;
-    return Bytes(std::istreambuf_iterator<char>(stream), {});
-}
-
 } // namespace
 
 std::unique_ptr<DriverSession> DriverSession::open(const HostOptions& options, std::string& error)
@@ -112,7 +105,9 @@ std::unique_ptr<DriverSession> DriverSession::open(const HostOptions& options, s
 
 Json DriverSession::handleLine(const std::string& line)
 {
-    const Json request = Json::parse(line, nullptr, false);
+    // The parser takes a zero byte for the end of the text.
+    const bool isText = line.find('\0') == std::string::npos;
+    const Json request = isText ? Json::parse(line, nullptr, false) : Json();
     if (!request.is_object())
         return { { "ok", false }, { "error", "not a request: a JSON object with \"do\" on one line" },
             { "events", _events->take() } };
@@ -241,8 +236,8 @@ Json DriverSession::set(const Json& request)
 {
     const auto list = uncoveredPage();
     const NSIndexPath path = pathOfRow(*list, request);
-    const std::string name =
-        nameOfRow(*list->specifierAtIndex(list->indexForRow_inGroup(path.row, path.section)), path.row);
+    const std::size_t index = list->indexForRow_inGroup(path.row, path.section);
+    const std::string name = nameOfRow(*list->specifierAtIndex(index), index);
     const auto cell = std::dynamic_pointer_cast<PSControlTableCell>(list->table().loadCellForRowAtIndexPath(path));
     if (!cell || !cell->control())
         throw RequestError(name + " has no control");
@@ -303,7 +298,13 @@ Json DriverSession::back()
 Json DriverSession::choose(const Json& request)
 {
     const std::string title = textField(request, "title");
-    const auto sheet = std::dynamic_pointer_cast<UIAlertController>(top()->presentedViewController());
+    const auto presented = top()->presentedViewController();
+    // The share sheet has no actions of ours; the user can leave it.
+    if (std::dynamic_pointer_cast<UIActivityViewController>(presented) && title == leaveShareSheetTitle) {
+        presented->dismissViewControllerAnimated_completion(true, nullptr);
+        return {};
+    }
+    const auto sheet = std::dynamic_pointer_cast<UIAlertController>(presented);
     if (!sheet)
         throw RequestError("no sheet is up");
     for (std::size_t i = 0; i < sheet->actions().size(); ++i) {
@@ -326,9 +327,10 @@ Json DriverSession::pick(const Json& request)
         return {};
     }
     const std::string file = textField(request, "image");
-    auto content = contentOf(file);
+    std::string problem;
+    auto content = contentOfFile(file, largestPicture, problem);
     if (!content)
-        throw RequestError(file + " cannot be read");
+        throw RequestError(file + ": " + problem);
     const auto picked = UIImage::imageWithData(std::move(*content));
     if (!picked || !picked->bitmap())
         throw RequestError(file + " is no picture, or too large to be used");

@@ -1,5 +1,7 @@
 #include "Driver/Printer.h"
 
+#include "UIKit/UITableViewCell.h"
+
 #include <cmath>
 #include <cstdlib>
 
@@ -66,29 +68,45 @@ std::string numberText(double number)
                                                                    : Json(number).dump();
 }
 
-std::string valueText(const Json& row)
+bool carriesCheckmark(const Json& cell)
 {
+    return cell.is_object() && cell["accessory"] == static_cast<int>(UITableViewCellAccessoryType::Checkmark);
+}
+
+/// The second line of a cell that has one; empty for others.
+std::string secondLine(const Json& cell)
+{
+    if (!cell.is_object() || cell["style"] != static_cast<int>(UITableViewCellStyle::Subtitle))
+        return {};
+    return textOf(cell["detailTextLabel"]["text"]);
+}
+
+std::string valueText(const Json& row, const Json& cell)
+{
+    if (carriesCheckmark(cell))
+        return "✓";
     const Json& value = row["value"];
-    const std::string cell = textOf(row["cell"]);
-    if (cell == "PSSwitchCell")
-        return (value.is_boolean() && value.get<bool>()) || (value.is_number() && value.get<double>() != 0) ? "[on]"
-                                                                                                            : "[off]";
-    if (cell == "PSSliderCell")
-        return value.is_number() ? "<" + numberText(value.get<double>()) + ">" : "<->";
+    const std::string type = textOf(row["cell"]);
+    // A stored text is read as the control reads it.
+    const Value read = valueOf(value).value_or(Value());
+    if (type == "PSSwitchCell")
+        return read.boolValue() ? "[on]" : "[off]";
+    if (type == "PSSliderCell")
+        return value.is_number() || value.is_string() ? "<" + numberText(read.doubleValue()) + ">" : "<->";
     if (!row["detail"].is_null())
         return ">";
     return textOf(value);
 }
 
-std::string printedRow(const Json& row)
+std::string printedRow(const Json& row, const Json& cell)
 {
     const std::string mark = row["enabled"].get<bool>() ? "  " : "  (";
     const std::string name = row["name"].is_null() ? "-" : textOf(row["name"]);
     std::string line = padded(mark + name + (row["enabled"].get<bool>() ? "" : ")"), identifierColumn);
-    line += padded(valueText(row), 8);
+    line += padded(valueText(row, cell), 8);
     const std::string identifier =
         row["identifier"].is_null() ? std::to_string(row["index"].get<std::size_t>()) : textOf(row["identifier"]);
-    return line + identifier + "\n";
+    return line + identifier + "\n" + wrapped(secondLine(cell), "    ");
 }
 
 std::string printedEvent(const Json& event)
@@ -103,22 +121,26 @@ std::string printedEvent(const Json& event)
 
 } // namespace
 
-std::string printedPage(const Json& reply)
+std::string printedPage(const Json& reply, const std::vector<Json>& cells)
 {
-    std::string out = textOf(reply["title"]) + "\n"
-        + std::string(std::max<std::size_t>(1, width(textOf(reply["title"]))), '=') + "\n";
+    const std::string title = textOf(reply["title"]);
+    std::string out = title + "\n" + std::string(std::max<std::size_t>(1, width(title)), '=') + "\n";
     std::string footer;
-    for (const Json& row : reply["rows"]) {
+    bool needsGap = true;
+    for (std::size_t i = 0; i < reply["rows"].size(); ++i) {
+        const Json& row = reply["rows"][i];
         if (textOf(row["cell"]) != "PSGroupCell") {
-            out += printedRow(row);
+            out += (needsGap ? "\n" : "") + printedRow(row, cells[i]);
+            needsGap = false;
             continue;
         }
-        out += wrapped(footer, "    ") + "\n";
+        out += wrapped(footer, "    ");
         footer = textOf(row["footer"]);
-        if (!row["name"].is_null() && !textOf(row["name"]).empty())
-            out += upperCased(textOf(row["name"])) + "\n";
+        const std::string name = textOf(row["name"]);
+        out += name.empty() ? "" : "\n" + upperCased(name) + "\n";
+        needsGap = name.empty();
     }
-    return out + wrapped(footer, "    ");
+    return out + (needsGap && !footer.empty() ? "\n" : "") + wrapped(footer, "    ");
 }
 
 std::string printedEvents(const Json& events)

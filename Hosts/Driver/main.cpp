@@ -5,6 +5,7 @@
 #include "Driver/Watch.h"
 #include "Shared/BundleLoader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iostream>
 
@@ -14,10 +15,20 @@ constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
 constexpr const char* rootPageName = "root";
 
-int fail(const std::string& message, int code)
+/// One line, whatever words of the command line stand in it.
+int fail(std::string message, int code)
 {
+    std::replace_if(
+        message.begin(), message.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
     std::cerr << "tandem: " << message << "\n";
     return code;
+}
+
+/// What the user is to be told once, when there is something.
+void tell(const HostSession& host)
+{
+    if (const auto& notice = host.notice())
+        std::cerr << *notice << "\n";
 }
 
 /// An identifier of the page or, where it has none of that name, an index.
@@ -57,12 +68,23 @@ std::string pageOf(const CommandLine& line)
     return line.arguments.empty() ? rootPageName : line.arguments.front();
 }
 
+/// The cell of each row, null for a group.
+std::vector<Json> cellsOf(DriverSession& session, std::size_t count)
+{
+    std::vector<Json> cells;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Json reply = session.handle({ { "do", "cell" }, { "row", i } });
+        cells.push_back(reply["ok"].get<bool>() ? reply["cell"] : Json());
+    }
+    return cells;
+}
+
 int show(DriverSession& session, const CommandLine& line)
 {
     const Json reply = asked(session, { { "do", "rows" } });
     if (reply.is_null())
         return exitFailure;
-    std::cout << (line.json ? lineOf(reply) + "\n" : printedPage(reply));
+    std::cout << (line.json ? lineOf(reply) + "\n" : printedPage(reply, cellsOf(session, reply["rows"].size())));
     return 0;
 }
 
@@ -86,6 +108,7 @@ int check(const CommandLine& line)
     const auto host = HostSession::open(line.host, nullptr, error);
     if (!host)
         return fail(error, exitFailure);
+    tell(*host);
     const auto faults = layoutFaults(pluginBundlePath);
     for (const std::string& fault : faults)
         std::cout << fault << "\n";
@@ -101,6 +124,14 @@ int drive(DriverSession& session)
 
 int run(const CommandLine& line)
 {
+    if (line.command == CommandLine::Command::Help) {
+        std::cout << CommandLine::usage();
+        return 0;
+    }
+    if (line.command == CommandLine::Command::Version) {
+        std::cout << "tandem " TANDEM_VERSION "\n";
+        return 0;
+    }
     if (line.command == CommandLine::Command::Check)
         return check(line);
     if (line.command == CommandLine::Command::Watch)
@@ -111,8 +142,7 @@ int run(const CommandLine& line)
         return fail(error, exitFailure);
     if (line.command == CommandLine::Command::Drive)
         return drive(*session);
-    if (const auto& notice = session->host().notice())
-        std::cerr << *notice << "\n";
+    tell(session->host());
     if (asked(*session, { { "do", "open" }, { "page", pageOf(line) } }).is_null())
         return exitFailure;
     if (line.command == CommandLine::Command::Show)
@@ -130,14 +160,6 @@ int main(int argumentCount, char** arguments)
     const auto line = CommandLine::parse({ arguments + 1, arguments + argumentCount }, error);
     if (!line)
         return fail(error + " (tandem help tells more)", exitUsage);
-    switch (line->command) {
-    case CommandLine::Command::Help:
-        std::cout << CommandLine::usage();
-        return 0;
-    case CommandLine::Command::Version:
-        std::cout << "tandem " TANDEM_VERSION "\n";
-        return 0;
-    default:
-        return run(*line);
-    }
+    const int code = run(*line);
+    return std::cout.flush() ? code : fail("the standard output cannot be written to", exitFailure);
 }

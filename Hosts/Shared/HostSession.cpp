@@ -49,10 +49,12 @@ bool refreshLink(const fs::path& link, const std::string& target, std::string& e
         return true;
     if (fs::is_symlink(fs::symlink_status(link, code)) && fs::read_symlink(link, code) == target)
         return true;
-    fs::create_directories(link.parent_path(), code);
     const fs::path fresh = link.string() + ".new";
-    fs::remove(fresh, code);
-    fs::create_directory_symlink(target, fresh, code);
+    fs::create_directories(link.parent_path(), code);
+    if (!code)
+        fs::remove(fresh, code);
+    if (!code)
+        fs::create_directory_symlink(target, fresh, code);
     if (!code)
         fs::rename(fresh, link, code);
     if (code)

@@ -5,6 +5,8 @@
 
 #include <chrono>
 #include <fcntl.h>
+#include <functional>
+#include <string_view>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <thread>
@@ -99,24 +101,34 @@ SettingsFile::Stamp SettingsFile::stamp() const
     return { static_cast<long long>(status.st_ino), status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec };
 }
 
+std::size_t SettingsFile::digest() const
+{
+    const auto content = _files->read(path);
+    if (!content)
+        return 0;
+    return std::hash<std::string_view>()({ reinterpret_cast<const char*>(content->data()), content->size() });
+}
+
 bool SettingsFile::hasChanged() const
 {
-    return stamp() != _noted;
+    // The clock of a file may go in steps of some milliseconds: two writes of the same length within one of them leave
+    // the same stamp.
+    return stamp() != _noted || digest() != _notedDigest;
 }
 
 void SettingsFile::noteContent()
 {
     _noted = stamp();
+    _notedDigest = digest();
 }
 
 void SettingsFile::keepGoodCopy()
 {
-    const Stamp now = stamp();
-    if (now == _copied)
+    if (_notedDigest == _copiedDigest)
         return;
     const auto content = _files->read(path);
     if (!content || !isWhole(*content))
         return;
     if (_files->read(goodCopyPath) == content || !_files->replace(goodCopyPath, *content))
-        _copied = now;
+        _copiedDigest = _notedDigest;
 }

@@ -36,7 +36,7 @@ public:
     /// True when the file is another one, or has other content, than when noteContent was last called.
     bool hasChanged() const;
     void noteContent();
-    /// Keeps a copy of the file if it has changed since the last copy and is whole.
+    /// Keeps a copy of the content that was noted last, if it is whole and not the one that was copied last.
     void keepGoodCopy();
 
 private:
@@ -49,9 +49,12 @@ private:
     };
 
     Stamp stamp() const;
+    /// Of the content; zero when there is none.
+    std::size_t digest() const;
 
     std::shared_ptr<DiskFiles> _files;
     Stamp _noted;
-    Stamp _copied;
+    std::size_t _notedDigest = 0;
+    std::size_t _copiedDigest = 0;
     int _lock = -1;
 };

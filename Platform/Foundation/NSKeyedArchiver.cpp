@@ -35,8 +35,8 @@ class Encoder {
 public:
     Encoder() { _objects.emplace_back(nullMarker); }
 
-    /// The reference of the value in the table. What cannot be kept, or is too deep to be read again, leaves the archive
-    /// incomplete.
+    /// The reference of the value in the table. What cannot be kept, or is too deep to be read again, leaves the
+    /// archive incomplete.
     Uid add(const Value& value)
     {
         if (value.isNull())

@@ -164,41 +164,52 @@ std::string printedLeaf(const Value& value)
     }
 }
 
-std::string printedInside(const Value& value, std::size_t level);
+void printInside(std::string& out, const Value& value, std::size_t level);
 
-std::string printedContainer(const Value& value, std::size_t level)
+void printContainer(std::string& out, const Value& value, std::size_t level)
 {
     const std::string outer(level * indentWidth, ' ');
     const std::string inner((level + 1) * indentWidth, ' ');
-    std::string text;
     if (const auto* entries = value.dictionary()) {
-        text = outer + "{\n";
-        for (const auto& [key, entry] : *entries)
-            text += inner + quoted(key) + " = " + printedInside(entry, level + 1) + ";\n";
-        return text + outer + "}";
+        out += outer + "{\n";
+        for (const auto& [key, entry] : *entries) {
+            out += inner + quoted(key) + " = ";
+            printInside(out, entry, level + 1);
+            out += ";\n";
+        }
+        out += outer + "}";
+        return;
     }
-    text = outer + "(";
+    out += outer + "(";
     const char* separator = "\n";
     for (const Value& element : *value.array()) {
-        text += separator + inner + printedInside(element, level + 1);
+        out += separator + inner;
+        printInside(out, element, level + 1);
         separator = ",\n";
     }
-    return text + "\n" + outer + ")";
+    out += "\n" + outer + ")";
 }
 
-std::string printedInside(const Value& value, std::size_t level)
+void printInside(std::string& out, const Value& value, std::size_t level)
 {
     if (value.array() || value.dictionary())
-        return printedContainer(value, level);
-    // An object prints its own lines; everything else is one word or a quoted text.
-    return value.kind() == Value::Kind::Object ? printedLeaf(value) : quoted(printedLeaf(value));
+        printContainer(out, value, level);
+    else if (value.kind() == Value::Kind::Object)
+        // An object prints its own lines; everything else is one word or a quoted text.
+        out += printedLeaf(value);
+    else
+        out += quoted(printedLeaf(value));
 }
 
 } // namespace
 
 std::string descriptionOf(const Value& value)
 {
-    return value.array() || value.dictionary() ? printedContainer(value, 0) : printedLeaf(value);
+    if (!value.array() && !value.dictionary())
+        return printedLeaf(value);
+    std::string text;
+    printContainer(text, value, 0);
+    return text;
 }
 
 std::string stringWithFormat(std::string_view format, std::initializer_list<Value> arguments)

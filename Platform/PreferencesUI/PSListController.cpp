@@ -233,7 +233,8 @@ std::shared_ptr<NSObject> PSListController::tableView_itemForRowAtIndexPath(UITa
 
 std::shared_ptr<UITableViewCell> PSListController::tableView_cellForRowAtIndexPath(UITableView& table, NSIndexPath path)
 {
-    const Row& row = rowAt(path);
+    // A copy, because reading the row's value may rebuild the page.
+    const Row row = rowAt(path);
     const Class& cls = classOfCell(*row);
     auto cell = cls.allocAs<PSTableCell>();
     if (!cell || !cell->initWithStyle_reuseIdentifier_specifier(styleOfCell(*row), cls.name(), row))

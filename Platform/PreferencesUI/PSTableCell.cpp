@@ -143,9 +143,10 @@ CGRect PSSegmentableSlider::trackRectForBounds(const CGRect& bounds) const
 std::string PSSegmentableSlider::valueText() const
 {
     const float whole = std::round(value());
-    if (std::abs(value() - whole) < wholeNumberTolerance)
-        return descriptionOf(Value(double { whole }));
-    return descriptionOf(Value(std::round(value() * 10) / 10.0));
+    const bool isWhole = std::abs(value() - whole) < wholeNumberTolerance;
+    const double shown = isWhole ? double { whole } : std::round(value() * 10) / 10.0;
+    // Adding zero takes the sign from minus zero.
+    return descriptionOf(Value(shown + 0.0));
 }
 
 float PSSegmentableSlider::restingValue(float value) const

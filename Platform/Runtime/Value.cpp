@@ -71,14 +71,6 @@ std::int64_t clampedToInteger(double number)
 
 } // namespace
 
-Value::Value(unsigned long value)
-{
-    if (value > static_cast<unsigned long>(std::numeric_limits<std::int64_t>::max()))
-        _storage = std::uint64_t { value };
-    else
-        _storage = static_cast<std::int64_t>(value);
-}
-
 Value::Value(std::optional<std::string> value)
 {
     if (value)

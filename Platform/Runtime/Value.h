@@ -1,8 +1,10 @@
 #pragma once
 
 #include <compare>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -62,20 +64,15 @@ public:
         : _storage(value)
     {
     }
-    Value(int value)
-        : _storage(std::int64_t { value })
-    {
-    }
-    Value(long value)
-        : _storage(std::int64_t { value })
-    {
-    }
-    Value(long long value)
-        : _storage(std::int64_t { value })
-    {
-    }
     /// Held as Kind::Unsigned only above the largest signed integer, so that equal numbers are equal values.
-    Value(unsigned long value);
+    template <std::integral T>
+    Value(T value)
+    {
+        if (std::cmp_greater(value, std::numeric_limits<std::int64_t>::max()))
+            _storage = static_cast<std::uint64_t>(value);
+        else
+            _storage = static_cast<std::int64_t>(value);
+    }
     Value(double value)
         : _storage(value)
     {

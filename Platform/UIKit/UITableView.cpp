@@ -50,7 +50,9 @@ void UITableView::flushReloads()
     const auto source = _dataSource.lock();
     const auto reloads = std::exchange(_pendingReloads, {});
     for (const SectionReload& reload : reloads) {
-        const std::size_t rows = source ? source->tableView_numberOfRowsInSection(*this, reload.section) : 0;
+        if (!source || reload.section >= source->numberOfSectionsInTableView(*this))
+            continue;
+        const std::size_t rows = source->tableView_numberOfRowsInSection(*this, reload.section);
         for (std::size_t row = 0; row < rows; ++row)
             _cells.erase(source->tableView_itemForRowAtIndexPath(*this, { reload.section, row }).get());
         if (const auto observer = _observer.lock())

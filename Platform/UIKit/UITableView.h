@@ -72,6 +72,7 @@ public:
     /// Nothing is shown of the reloads between the two until the updates end.
     void beginUpdates() { ++_updates; }
     void endUpdates();
+    /// Sections that are not there are passed over.
     void reloadSections_withRowAnimation(const std::vector<std::size_t>& sections, UITableViewRowAnimation animation);
 
     /// The list has changed its items already.

@@ -27,11 +27,19 @@ void UIView::setAlpha(float alpha)
 
 void UIView::addSubview(const std::shared_ptr<UIView>& view)
 {
-    if (!view || view.get() == this)
+    if (!view || view->holds(*this))
         return;
     view->removeFromSuperview();
     _subviews.push_back(view);
     view->_superview = self();
+}
+
+bool UIView::holds(const UIView& view) const
+{
+    if (&view == this)
+        return true;
+    const auto parent = view.superview();
+    return parent && holds(*parent);
 }
 
 void UIView::removeFromSuperview()
@@ -45,7 +53,9 @@ void UIView::removeFromSuperview()
 void UIView::layoutIfNeeded()
 {
     layoutSubviews();
-    for (const auto& view : _subviews)
+    // A copy, because a view may add or remove others while it is laid out.
+    const auto views = _subviews;
+    for (const auto& view : views)
         view->layoutIfNeeded();
 }
 

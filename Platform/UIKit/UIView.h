@@ -52,6 +52,7 @@ public:
     bool isUserInteractionEnabled() const { return _userInteractionEnabled; }
     virtual void setUserInteractionEnabled(bool enabled) { _userInteractionEnabled = enabled; }
 
+    /// In front of the others. A view cannot be added to itself, nor to one that it holds.
     void addSubview(const std::shared_ptr<UIView>& view);
     void removeFromSuperview();
     std::shared_ptr<UIView> superview() const { return _superview.lock(); }
@@ -67,6 +68,9 @@ public:
     static void animateWithDuration_animations(double seconds, const std::function<void()>& animations);
 
 private:
+    /// The view is this one or stands somewhere below it.
+    bool holds(const UIView& view) const;
+
     CGRect _frame;
     long _tag = 0;
     float _alpha = 1;

@@ -26,16 +26,26 @@ double UIViewAnimations::now() const
 
 void UIViewAnimations::run(double seconds, const std::function<void()>& animations)
 {
-    const double outer = std::exchange(_blockDuration, seconds);
+    /// Puts the outer block's duration back, also when the inner one raises.
+    struct Block {
+        Block(double& duration, double seconds)
+            : current(duration)
+            , outer(std::exchange(duration, seconds))
+        {
+        }
+        ~Block() { current = outer; }
+        double& current;
+        double outer;
+    };
+    const Block block(_blockDuration, seconds);
     if (animations)
         animations();
-    _blockDuration = outer;
 }
 
 void UIViewAnimations::alphaWillChange(UIView& view, float alpha)
 {
     std::erase_if(_animations, [&](const UIViewAnimation& animation) { return animation.view.lock().get() == &view; });
-    if (_blockDuration <= 0 || view.alpha() == alpha)
+    if (!(_blockDuration > 0) || view.alpha() == alpha)
         return;
     forgetFinished();
     _animations.push_back({ view.self(), view.alpha(), alpha, now(), _blockDuration });

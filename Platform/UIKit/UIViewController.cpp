@@ -1,5 +1,7 @@
 #include "UIKit/UIViewController.h"
 
+#include <algorithm>
+
 NS_IMPLEMENTATION(UIBarButtonItem)
 NS_IMPLEMENTATION(UIViewController)
 NS_IMPLEMENTATION(UINavigationController)
@@ -28,18 +30,29 @@ void UIViewController::loadViewIfNeeded()
     if (_loaded)
         return;
     _loaded = true;
-    viewDidLoad();
+    try {
+        viewDidLoad();
+    } catch (...) {
+        _loaded = false;
+        throw;
+    }
 }
 
 void UIViewController::presentViewController_animated_completion(
     const std::shared_ptr<UIViewController>& controller, bool /*animated*/, const std::function<void()>& completion)
 {
-    if (!controller || _presented)
+    if (!controller || controller.get() == this || _presented || controller->presentingViewController())
         return;
     _presented = controller;
     controller->_presenting = self();
     controller->setNavigationController(navigationController());
-    controller->loadViewIfNeeded();
+    try {
+        controller->loadViewIfNeeded();
+    } catch (...) {
+        _presented.reset();
+        controller->_presenting.reset();
+        throw;
+    }
     const auto navigation = navigationController();
     if (const auto observer = navigation ? navigation->observer() : nullptr)
         observer->didPresent(controller);
@@ -66,7 +79,7 @@ void UIViewController::dismissViewControllerAnimated_completion(bool animated, c
 void UINavigationController::pushViewController_animated(
     const std::shared_ptr<UIViewController>& controller, bool /*animated*/)
 {
-    if (!controller)
+    if (!controller || std::ranges::find(_stack, controller) != _stack.end())
         return;
     controller->setNavigationController(self());
     _stack.push_back(controller);
@@ -77,7 +90,9 @@ void UINavigationController::pushViewController_animated(
         controller->loadViewIfNeeded();
         controller->viewWillAppear();
     } catch (...) {
-        _stack.pop_back();
+        // Not always the last one: it may have pushed another.
+        std::erase(_stack, controller);
+        controller->setNavigationController(nullptr);
         throw;
     }
     if (told)
@@ -92,6 +107,7 @@ std::shared_ptr<UIViewController> UINavigationController::popViewControllerAnima
     _stack.pop_back();
     if (const auto told = observer())
         told->didPop(popped);
+    popped->setNavigationController(nullptr);
     _stack.back()->viewWillAppear();
     return popped;
 }

@@ -56,7 +56,7 @@ public:
     virtual void setTitle(std::string title) { _title = std::move(title); }
     UINavigationItem& navigationItem() { return _navigationItem; }
 
-    /// Called once, before the page is first shown.
+    /// Called once, before the page is first shown; again only when it has raised.
     virtual void viewDidLoad() { }
     /// Called each time the page comes on top.
     virtual void viewWillAppear() { }
@@ -71,6 +71,7 @@ public:
     }
 
     /// Shows the other controller above this one, until it is dismissed. The block runs when it is up; null for none.
+    /// Does nothing while this one presents another, and for a controller that is up already.
     void presentViewController_animated_completion(
         const std::shared_ptr<UIViewController>& controller, bool animated, const std::function<void()>& completion);
     /// Takes down what this one presents or, presenting nothing, this one itself.
@@ -106,7 +107,8 @@ public:
     void setObserver(std::weak_ptr<UIPresentationObserver> observer) { _observer = std::move(observer); }
     std::shared_ptr<UIPresentationObserver> observer() const { return _observer.lock(); }
 
-    /// The page stands on the stack before it loads; one that throws while it loads is taken off again.
+    /// The page stands on the stack before it loads; one that throws while it loads is taken off again. Does nothing
+    /// for a page that is on the stack already.
     void pushViewController_animated(const std::shared_ptr<UIViewController>& controller, bool animated);
     /// The page that was taken off; null when only the first one is there.
     std::shared_ptr<UIViewController> popViewControllerAnimated(bool animated);

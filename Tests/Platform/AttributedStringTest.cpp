@@ -9,7 +9,8 @@ const UIFont large = UIFont::systemFontOfSize(18);
 const UIFont light = UIFont::fontWithName_size("HelveticaNeue-Light", 14);
 constexpr NSParagraphStyle centred { 4, NSTextAlignment::Center };
 
-/// The runs, a word each: where it begins, how long it is, "L" for the large font, "l" for the light one, "c" for centred.
+/// The runs, a word each: where it begins, how long it is, "L" for the large font, "l" for the light one, "c" for
+/// centred.
 std::string runsOf(const NSAttributedString& text)
 {
     std::string runs;
@@ -175,4 +176,4 @@ TEST(AttributedStrings, GrowAfterAttributesWereSet)
     EXPECT_EQ(runsOf(*text), "0+3L 3+3");
 }
 
-}
+} // namespace

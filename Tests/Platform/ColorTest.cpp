@@ -41,4 +41,4 @@ TEST(Colors, LeaveASelectorAsFourReals)
     EXPECT_EQ(value, Value(Array { 0.25, 0.5, double { 0.1F }, 1.0 }));
 }
 
-}
+} // namespace

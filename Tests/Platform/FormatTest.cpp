@@ -228,4 +228,4 @@ TEST(Descriptions, OfADeepValueAreWhole)
     EXPECT_EQ(std::count(text.begin(), text.end(), ')'), 512);
     EXPECT_NE(text.find("core"), std::string::npos);
 }
-}
+} // namespace

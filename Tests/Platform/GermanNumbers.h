@@ -34,8 +34,8 @@ private:
     static std::string folderOfLocale()
     {
         static const TemporaryDirectory folder;
-        static const int made
-            = std::system(("localedef -i de_DE -f UTF-8 " + (folder.path() / name).string() + " >/dev/null 2>&1").c_str());
+        static const int made = std::system(
+            ("localedef -i de_DE -f UTF-8 " + (folder.path() / name).string() + " >/dev/null 2>&1").c_str());
         return made == 0 ? folder.path().string() : std::string();
     }
 };

@@ -45,6 +45,15 @@ std::string mapOf(const UIImage& image)
     return map;
 }
 
+/// Takes everything for a picture, and cannot decode it.
+class ImagesWithoutPixels final : public Images {
+public:
+    std::optional<PixelSize> size(const Bytes&) const override { return PixelSize { 4, 2 }; }
+    std::shared_ptr<const Bitmap> decode(const Bytes&) const override { return nullptr; }
+    std::optional<Bytes> encodePng(const Bitmap&) const override { return Bytes(); }
+    std::shared_ptr<const Bitmap> scaled(const Bitmap&, PixelSize) const override { return nullptr; }
+};
+
 class Pictures : public PhoneTest {
 protected:
     void addToBundle(const std::string& file, const Bytes& content)
@@ -89,14 +98,14 @@ TEST_F(Pictures, OfAFileThatIsMissingOrNoneAreNull)
         EXPECT_FALSE(UIImage::imageWithContentsOfFile(path)) << path;
 }
 
-TEST_F(Pictures, CutOffInTheirPixelsHaveNoneAndMakeNoFile)
+TEST_F(Pictures, ThatCannotBeDecodedHaveASizeButNoPixelsAndMakeNoFile)
 {
-    Bytes png = phone.png(40, 40);
-    png.resize(60);
-    const auto image = UIImage::imageWithData(png);
-    if (!image)
-        return;
+    Phone::current().images = std::make_shared<ImagesWithoutPixels>();
+    const auto image = UIImage::imageWithData({ 1 });
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->size(), (CGSize { 4, 2 }));
     EXPECT_FALSE(image->bitmap());
+    EXPECT_FALSE(image->imageWithRenderingMode(UIImageRenderingMode::AlwaysTemplate)->bitmap());
     EXPECT_FALSE(UIImagePNGRepresentation(image));
 }
 
@@ -156,7 +165,8 @@ TEST_F(Pictures, OfTheBundleThatAreNotThereAreNull)
 {
     addToBundle("Tandem.png", phone.png(10, 10));
     addToBundle("broken.png", bytesOf("broken"));
-    for (const char* name : { "tandem", "Tandem.png", "Tandem@2x", "broken", "", "..", "/", "../TandemPreferences.bundle" })
+    for (const char* name :
+        { "tandem", "Tandem.png", "Tandem@2x", "broken", "", "..", "/", "../TandemPreferences.bundle" })
         EXPECT_FALSE(named(name)) << name;
     EXPECT_FALSE(named(std::string("Tandem\0", 7)));
 }
@@ -256,7 +266,8 @@ TEST_F(ImageContexts, GiveAnImageThatLaterDrawingDoesNotChange)
 TEST_F(ImageContexts, WithoutAnAreaGiveAnImageWithoutPixels)
 {
     const double none = std::nan("");
-    for (const CGSize& size : { CGSize { 0, 0 }, { 5, 0 }, { 0, 5 }, { -5, 5 }, { 0.2, 5 }, { none, 5 }, { none, none } }) {
+    for (const CGSize& size :
+        { CGSize { 0, 0 }, { 5, 0 }, { 0, 5 }, { -5, 5 }, { 0.2, 5 }, { none, 5 }, { none, none } }) {
         UIGraphicsBeginImageContextWithOptions(size, true, 1);
         imageOf(1, 1, red)->drawInRect({ 0, 0, 1, 1 });
         const auto image = UIGraphicsGetImageFromCurrentImageContext();
@@ -288,7 +299,8 @@ TEST_F(ImageContexts, CutOffWhatLiesOutside)
     EXPECT_EQ(drawn({ 3, 3 }, *image, { -1, -1, 2, 2 }), "r..\n...\n...\n");
     EXPECT_EQ(drawn({ 3, 3 }, *image, { 2, 2, 2, 2 }), "...\n...\n..r\n");
     EXPECT_EQ(drawn({ 2, 2 }, *image, { -1, -1, 5, 5 }), "rr\nrr\n");
-    for (const CGRect& rect : { CGRect { 3, 0, 2, 2 }, { -2, 0, 2, 2 }, { 0, 3, 2, 2 }, { 0, -2, 2, 2 }, { 100, 100, 2, 2 } })
+    for (const CGRect& rect :
+        { CGRect { 3, 0, 2, 2 }, { -2, 0, 2, 2 }, { 0, 3, 2, 2 }, { 0, -2, 2, 2 }, { 100, 100, 2, 2 } })
         EXPECT_EQ(drawn({ 3, 1 }, *image, rect), "...\n");
 }
 
@@ -344,4 +356,4 @@ TEST_F(ImageContexts, ShowNothingOfAnImageWithoutPixelsOrWithoutAService)
     EXPECT_EQ(drawn({ 2, 1 }, *imageOf(1, 1, red), { 0, 0, 2, 1 }), "..\n");
 }
 
-}
+} // namespace

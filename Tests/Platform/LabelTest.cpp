@@ -9,8 +9,7 @@ namespace {
 /// Every text is as many points wide as it has bytes, on lines of 10 points; remembers what it was asked.
 class FakeTextMeasure final : public TextMeasure {
 public:
-    TextSize measure(
-        const std::string& text, const std::string& fontName, double fontSize, double width) const override
+    TextSize measure(const std::string& text, const std::string& fontName, double fontSize, double width) const override
     {
         asked.push_back(text + " " + fontName + " " + std::to_string(static_cast<int>(fontSize)) + " "
             + std::to_string(static_cast<int>(width)));
@@ -72,7 +71,8 @@ TEST_F(Labels, AreMeasuredWithThePhonesFonts)
     EXPECT_EQ(label->sizeThatFits(5), (CGSize { 5, 30 }));
     EXPECT_EQ(label->sizeThatFits(0), (CGSize { 12, 10 }));
     EXPECT_EQ(measure->asked,
-        (std::vector<std::string> { "twelve bytes HelveticaNeue-Light 14 5", "twelve bytes HelveticaNeue-Light 14 0" }));
+        (std::vector<std::string> {
+            "twelve bytes HelveticaNeue-Light 14 5", "twelve bytes HelveticaNeue-Light 14 0" }));
 }
 
 TEST_F(Labels, NeverAskForMoreLinesThanTheyMayHave)
@@ -106,8 +106,7 @@ TEST_F(Labels, WithoutATextHaveNoSize)
 
 TEST(ImageViews, AreAsLargeAsTheImageThatTheyWereMadeOf)
 {
-    const auto image
-        = UIImage::imageWithBitmap(std::make_shared<const Bitmap>(Bitmap { 4, 2, Bytes(32) }), 2);
+    const auto image = UIImage::imageWithBitmap(std::make_shared<const Bitmap>(Bitmap { 4, 2, Bytes(32) }), 2);
     const UIImageView view(image);
     EXPECT_EQ(view.frame(), (CGRect { 0, 0, 2, 1 }));
     EXPECT_EQ(view.image(), image);
@@ -125,4 +124,4 @@ TEST(ImageViews, KeepTheirFrameWhenTheImageChanges)
     EXPECT_EQ(view.image(), nullptr);
 }
 
-}
+} // namespace

@@ -328,8 +328,8 @@ TEST_F(SimPage, HostileSimKeysTouchNothingOutsideTheLogoDirectory)
 {
     const std::string outside = "/var/mobile/Library/Preferences/x.png";
     phone.writeFile(outside, Bytes { 1 });
-    for (const std::string key :
-        { "../x", "..", "/", "+", "", "a/b", "../../../../../x", std::string(10000, 'k').c_str() }) {
+    for (const std::string& key :
+        Strings { "../x", "..", "/", "+", "", "a/b", "../../../../../x", std::string(10000, 'k') }) {
         SCOPED_TRACE(key.substr(0, 20));
         phone.subscriptions->addSim({ key, "Home", "111", "../../x", true });
         openPage();

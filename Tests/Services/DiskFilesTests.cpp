@@ -18,6 +18,8 @@ using Names = std::vector<std::string>;
 class DiskFilesTest : public testing::Test {
 protected:
     DiskFilesTest() { makeDirectory("root"); }
+    // So that the directory can be removed by whoever runs the test.
+    ~DiskFilesTest() override { setMode("root", 0755); }
 
     void makeDirectory(const std::string& name, mode_t mode = 0755) const
     {

@@ -47,10 +47,11 @@ std::string TemporaryDirectory::read(std::string_view name) const
 
 Bytes bytesOf(std::string_view text)
 {
-    return { text.begin(), text.end() };
+    const auto* begin = reinterpret_cast<const std::uint8_t*>(text.data());
+    return { begin, begin + text.size() };
 }
 
 std::string textOf(const Bytes& bytes)
 {
-    return { bytes.begin(), bytes.end() };
+    return { reinterpret_cast<const char*>(bytes.data()), bytes.size() };
 }

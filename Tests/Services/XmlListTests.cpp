@@ -28,10 +28,10 @@ std::optional<Value> readElement(std::string_view element)
 
 std::string repeated(std::string_view text, std::size_t times)
 {
-    std::string result;
-    result.reserve(text.size() * times);
-    for (std::size_t i = 0; i < times; ++i)
-        result += text;
+    std::string result(text);
+    while (result.size() < text.size() * times)
+        result += result;
+    result.resize(text.size() * times);
     return result;
 }
 

@@ -1,0 +1,63 @@
+#include "Support/TestPhone.h"
+#include "libvexil/VXWebKitViewController.h"
+
+namespace {
+
+class ProductsPage : public ::testing::Test {
+protected:
+    std::shared_ptr<VXWebKitViewController> open(std::optional<std::string> product, bool loadDefault = true)
+    {
+        auto page = std::make_shared<VXWebKitViewController>();
+        EXPECT_TRUE(page->initWithProduct_loadDefault(std::move(product), loadDefault));
+        navigation->pushViewController_animated(page, true);
+        return page;
+    }
+
+    TestPhone phone { PSSpecifier::classObject() };
+    const std::shared_ptr<UINavigationController> navigation = std::make_shared<UINavigationController>();
+};
+
+TEST_F(ProductsPage, IsFoundByName)
+{
+    ASSERT_TRUE(NSClassFromString("VXWebKitViewController"));
+    EXPECT_TRUE(NSClassFromString("VXWebKitViewController")->allocAs<VXWebKitViewController>());
+}
+
+TEST_F(ProductsPage, OpensTheProductsInTheBrowserOnce)
+{
+    const auto page = open("Pairo");
+    EXPECT_EQ(page->url(), "https://vexil.example/products?from=Pairo");
+    page->loadViewIfNeeded();
+    EXPECT_EQ(phone.links->urls, Strings { "https://vexil.example/products?from=Pairo" });
+}
+
+TEST_F(ProductsPage, SaysNothingOfWhereTheUserComesFromWhereThatIsUnknown)
+{
+    open(std::nullopt);
+    open("");
+    EXPECT_EQ(
+        phone.links->urls, (Strings { "https://vexil.example/products", "https://vexil.example/products?from=" }));
+}
+
+TEST_F(ProductsPage, LeavesAnEscapedNameAsItIs)
+{
+    open("Z%C3%BCrich%20%26");
+    EXPECT_EQ(phone.links->urls, Strings { "https://vexil.example/products?from=Z%C3%BCrich%20%26" });
+}
+
+TEST_F(ProductsPage, OpensNothingUnlessItIsToldTo)
+{
+    EXPECT_EQ(open("Pairo", false)->url(), "https://vexil.example/products?from=Pairo");
+    EXPECT_EQ(phone.links->urls, Strings {});
+}
+
+TEST_F(ProductsPage, OpensNothingWithoutABrowserOrBeforeItIsInitialised)
+{
+    Phone::current().links = nullptr;
+    open("Pairo");
+    Phone::current().links = phone.links;
+    navigation->pushViewController_animated(std::make_shared<VXWebKitViewController>(), true);
+    EXPECT_EQ(phone.links->urls, Strings {});
+}
+
+} // namespace
