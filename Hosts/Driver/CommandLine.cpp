@@ -18,11 +18,14 @@ struct CommandShape {
 
 using Command = CommandLine::Command;
 
-constexpr std::array<CommandShape, 7> shapes { {
+constexpr std::size_t mostNames = 1000;
+
+constexpr std::array<CommandShape, 8> shapes { {
     { "show", Command::Show, "[PAGE] [--json]", 0, 1, true },
     { "set", Command::Set, "PAGE ROW VALUE", 3, 3, true },
     { "tap", Command::Tap, "PAGE ROW", 2, 2, true },
     { "check", Command::Check, "", 0, 0, false },
+    { "watch", Command::Watch, "[NAME...]", 0, mostNames, false },
     { "drive", Command::Drive, "", 0, 0, false },
     { "help", Command::Help, "", 0, 0, false },
     { "version", Command::Version, "", 0, 0, false },
@@ -69,7 +72,7 @@ private:
         } else if (word == "--no-provision") {
             _line.host.provision = false;
         } else if (word == "--phone" || word.starts_with("--phone=")) {
-            takeOptionValue(word, "--phone", "demo or the file of a phone", _line.host.phone);
+            takeOptionValue(word, "--phone", "demo, linux or the file of a phone", _line.host.phone);
         } else if (word == "--root" || word.starts_with("--root=")) {
             takeOptionValue(word, "--root", "a directory", _line.host.root);
         } else {
@@ -96,13 +99,14 @@ private:
         }
         _shape = shapeNamed(word);
         if (!_shape)
-            _error = "unknown command " + word + "; the commands are show, set, tap, check, drive, help and version";
+            _error =
+                "unknown command " + word + "; the commands are show, set, tap, check, watch, drive, help and version";
     }
 
     void finish()
     {
         if (!_shape) {
-            _error = "a command is missing: show, set, tap, check, drive, help or version";
+            _error = "a command is missing: show, set, tap, check, watch, drive, help or version";
             return;
         }
         _line.command = _shape->command;
@@ -136,12 +140,13 @@ std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& wo
 
 std::string CommandLine::usage()
 {
-    return "usage: tandem [--phone demo|FILE] [--root DIR] [--no-provision] COMMAND\n"
+    return "usage: tandem [--phone demo|linux|FILE] [--root DIR] [--no-provision] COMMAND\n"
            "\n"
            "  show [PAGE] [--json]   the page as it stands: its rows, their values, the footers\n"
            "  set PAGE ROW VALUE     as if the control of the row was moved; prints what happened\n"
            "  tap PAGE ROW           as if the row was tapped; prints what happened\n"
            "  check                  the page definitions held against the layout rules; exit 1 if a rule is broken\n"
+           "  watch [NAME...]        the notifications of those names, or all, as they arrive on this machine\n"
            "  drive                  one JSON request a line on standard input, one JSON reply a line on standard "
            "output\n"
            "  version                the version of this program\n"

@@ -8,7 +8,7 @@
 
 /// What the driver was asked to do.
 struct CommandLine {
-    enum class Command { Show, Set, Tap, Check, Drive, Help, Version };
+    enum class Command { Show, Set, Tap, Check, Watch, Drive, Help, Version };
 
     Command command = Command::Help;
     HostOptions host;

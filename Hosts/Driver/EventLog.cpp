@@ -60,6 +60,8 @@ public:
         return _next->compose(draft);
     }
 
+    bool asksUserFirst() const override { return _next->asksUserFirst(); }
+
 private:
     EventLog& _events;
     std::shared_ptr<Mail> _next;

@@ -2,6 +2,7 @@
 #include "Driver/DriverSession.h"
 #include "Driver/LayoutCheck.h"
 #include "Driver/Printer.h"
+#include "Driver/Watch.h"
 #include "Shared/BundleLoader.h"
 
 #include <algorithm>
@@ -133,6 +134,8 @@ int run(const CommandLine& line)
     }
     if (line.command == CommandLine::Command::Check)
         return check(line);
+    if (line.command == CommandLine::Command::Watch)
+        return watchNotifications(line.arguments) ? 0 : fail("there is no session bus, or it went away", exitFailure);
     std::string error;
     const auto session = DriverSession::open(line.host, error);
     if (!session)

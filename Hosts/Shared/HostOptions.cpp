@@ -8,7 +8,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* bundleName = "TandemPreferences.bundle";
-constexpr const char* demoPhone = "DemoPhone/demo.json";
+constexpr const char* demoPhoneFile = "DemoPhone/demo.json";
 
 std::string environment(const char* name)
 {
@@ -27,6 +27,12 @@ std::string firstThatExists(std::initializer_list<fs::path> candidates)
 }
 
 } // namespace
+
+std::string HostOptions::defaultPhone()
+{
+    std::error_code ignored;
+    return fs::exists(fs::path(programDirectory()) / bundleName, ignored) ? demoPhone : linuxPhone;
+}
 
 std::string HostOptions::defaultRoot()
 {
@@ -52,5 +58,5 @@ std::string ownBundleDirectory()
 std::string ownDemoPhone()
 {
     const fs::path program = programDirectory();
-    return firstThatExists({ program / demoPhone, program / TANDEM_INSTALLED_DATA / demoPhone });
+    return firstThatExists({ program / demoPhoneFile, program / TANDEM_INSTALLED_DATA / demoPhoneFile });
 }

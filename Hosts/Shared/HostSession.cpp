@@ -17,7 +17,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* settingsChangedNotification = "com.vexil.tandemSettingsChanged";
-constexpr const char* demoPhoneName = "demo";
 /// The name of the entry by which a Settings application opens the product.
 constexpr const char* productEntry = "Pairo";
 
@@ -70,17 +69,16 @@ std::unique_ptr<HostSession> HostSession::open(
 {
     std::unique_ptr<HostSession> session(new HostSession);
     session->_options = options;
-    const std::string phoneFile = options.phone == demoPhoneName ? ownDemoPhone() : options.phone;
-    session->_demoPhone = DemoPhone::open(phoneFile, error);
-    if (!session->_demoPhone)
+    session->_files = std::make_shared<DiskFiles>(options.root.empty() ? HostOptions::defaultRoot() : options.root);
+    Phone phone;
+    if (!session->openPhone(phone, error))
         return nullptr;
 
-    session->_files = std::make_shared<DiskFiles>(options.root.empty() ? HostOptions::defaultRoot() : options.root);
-    Phone phone = session->_demoPhone->phone();
     phone.propertyLists = std::make_shared<LibplistPropertyLists>();
     phone.files = session->_files;
     phone.images = std::make_shared<QtImages>();
-    phone.systemLog = std::make_shared<StderrLog>();
+    if (!phone.systemLog)
+        phone.systemLog = std::make_shared<StderrLog>();
     phone.languages = userLanguages();
     if (decorate)
         decorate(phone);
@@ -91,6 +89,28 @@ std::unique_ptr<HostSession> HostSession::open(
         return nullptr;
     session->_principalClass = loadPrincipalClass(*session->_files, pluginBundlePath, error);
     return session->_principalClass ? std::move(session) : nullptr;
+}
+
+HostSession::~HostSession()
+{
+    // Services that talk to the machine end before the libraries by which they talk.
+    if (_linuxPhone)
+        Phone::setCurrent({});
+}
+
+bool HostSession::openPhone(Phone& phone, std::string& error)
+{
+    if (_options.phone == HostOptions::linuxPhone) {
+        _linuxPhone =
+            std::make_unique<LinuxPhone>([files = _files](const std::string& path) { return files->hostPath(path); });
+        _linuxPhone->setAppearanceObserver([this] { appearanceChanged(); });
+        phone = _linuxPhone->phone();
+        return true;
+    }
+    _demoPhone = DemoPhone::open(_options.phone == HostOptions::demoPhone ? ownDemoPhone() : _options.phone, error);
+    if (_demoPhone)
+        phone = _demoPhone->phone();
+    return _demoPhone != nullptr;
 }
 
 bool HostSession::provision(std::string& error)
@@ -132,6 +152,8 @@ bool HostSession::openRootPage(const std::shared_ptr<UIPresentationObserver>& ob
 std::optional<std::string> HostSession::turn(const std::function<void()>& act)
 {
     const TurnEnd end { *this };
+    if (_linuxPhone)
+        _linuxPhone->beginTurn();
     _settingsFile->lock();
     try {
         if (_settingsFile->hasChanged() && !_navigation->viewControllers().empty())
@@ -153,6 +175,8 @@ HostSession::TurnEnd::~TurnEnd()
         file.keepGoodCopy();
     file.unlock();
     UIGraphicsDrainImageContexts();
+    if (session._linuxPhone)
+        session._linuxPhone->endTurn();
 }
 
 void HostSession::catchUp()
@@ -167,10 +191,17 @@ void HostSession::catchUp()
 
 bool HostSession::setDarkAppearance(bool dark)
 {
-    if (!Phone::current().appearance)
+    if (!Phone::current().appearance || !_demoPhone)
         return false;
     _demoPhone->setDark(dark);
+    appearanceChanged();
+    return true;
+}
+
+void HostSession::appearanceChanged()
+{
+    if (!_navigation)
+        return;
     for (const auto& controller : _navigation->viewControllers())
         controller->traitCollectionDidChange();
-    return true;
 }

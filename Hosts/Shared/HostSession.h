@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Demo/DemoPhone.h"
+#include "Linux/LinuxPhone.h"
 #include "Phone/Phone.h"
 #include "PreferencesUI/PSListController.h"
 #include "Shared/HostOptions.h"
@@ -11,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// A host's way to the pages: the phone, the bundle, the root page on a navigation stack, and the turns in which events
 /// are handed to the pages. One a process.
@@ -18,6 +20,8 @@ class HostSession {
 public:
     /// The host's chance to stand before a service, as to show what the pages post and log.
     using PhoneDecorator = std::function<void(Phone&)>;
+
+    ~HostSession();
 
     /// Opens the phone and loads the bundle. Null, and one line that says why in `error`, when either cannot be.
     static std::unique_ptr<HostSession> open(
@@ -35,13 +39,16 @@ public:
 
     UINavigationController& navigation() { return *_navigation; }
     std::shared_ptr<PSListController> rootPage() const { return _root; }
-    DemoPhone& demoPhone() { return *_demoPhone; }
+    /// Null on another phone.
+    DemoPhone* demoPhone() { return _demoPhone.get(); }
+    /// The files of the phone's photo library; none on another phone than the demo phone.
+    std::vector<std::string> photos() const { return _demoPhone ? _demoPhone->photos() : std::vector<std::string>(); }
     const std::shared_ptr<DiskFiles>& files() const { return _files; }
     const Class& principalClass() const { return *_principalClass; }
     /// What the user is to be told once, as that a damaged file was replaced; absent for nothing.
     const std::optional<std::string>& notice() const { return _notice; }
 
-    /// The system changes its appearance. False on a phone without one.
+    /// The system changes its appearance. False on a phone without one, or with one that the user changes elsewhere.
     bool setDarkAppearance(bool dark);
 
 private:
@@ -53,12 +60,16 @@ private:
 
     HostSession() = default;
 
+    bool openPhone(Phone& phone, std::string& error);
+    void appearanceChanged();
     bool provision(std::string& error);
     void catchUp();
 
     HostOptions _options;
     std::shared_ptr<DiskFiles> _files;
+    /// One of the two, as the user chose.
     std::unique_ptr<DemoPhone> _demoPhone;
+    std::unique_ptr<LinuxPhone> _linuxPhone;
     std::unique_ptr<SettingsFile> _settingsFile;
     const Class* _principalClass = nullptr;
     std::shared_ptr<UINavigationController> _navigation;

@@ -32,7 +32,7 @@ void shorten(Files& files)
         files.replace(logFile, newerHalf(*log));
 }
 
-}
+} // namespace
 
 void appendToLogFile(const std::string& line)
 {
@@ -40,7 +40,8 @@ void appendToLogFile(const std::string& line)
     if (!files)
         return;
     const std::string entry = stringWithFormat("%@ %@\n", { now(), line });
-    const Bytes bytes(entry.begin(), entry.begin() + static_cast<std::ptrdiff_t>(std::min(entry.size(), largestLog / 2)));
+    const Bytes bytes(
+        entry.begin(), entry.begin() + static_cast<std::ptrdiff_t>(std::min(entry.size(), largestLog / 2)));
     std::size_t length = 0;
     auto error = files->append(logFile, bytes, length);
     if (error && !files->createDirectory(logDirectory))

@@ -11,6 +11,7 @@ namespace {
 
 constexpr const char* settingsFile = "/var/mobile/Library/Preferences/com.vexil.tandem.plist";
 constexpr const char* bindingsFile = "/var/mobile/Library/Preferences/com.vexil.tandem.bluetooth.plist";
+constexpr const char* damagedSuffix = ".torn";
 constexpr const char* boundKey = "bound";
 constexpr const char* simKey = "sim";
 
@@ -21,9 +22,20 @@ Value bindingOf(const std::string& address)
     return bindings ? valueForKey(*bindings, address) : Value();
 }
 
+/// The bindings that are there. A file that holds none, though it holds something, is kept beside it before it is
+/// written over.
+Dictionary bindingsToChange()
+{
+    if (auto bindings = dictionaryWithContentsOfFile(bindingsFile))
+        return std::move(*bindings);
+    if (const auto damaged = dataWithContentsOfFile(bindingsFile); damaged && !damaged->empty())
+        writeToFile(*damaged, std::string(bindingsFile) + damagedSuffix, Atomically::Yes);
+    return {};
+}
+
 void writeBinding(const std::string& address, bool bound, const std::optional<std::string>& sim)
 {
-    Dictionary bindings = dictionaryWithContentsOfFile(bindingsFile).value_or(Dictionary());
+    Dictionary bindings = bindingsToChange();
     Dictionary binding { { boundKey, bound } };
     if (sim)
         binding.emplace(simKey, *sim);

@@ -37,7 +37,8 @@ public:
 
     /// Shows the message in an alert, until the user has read it.
     void showError(const std::string& message);
-    /// Composes a mail with the log file; tells the user where there is no log, or no mail program.
+    /// Composes a mail with the log file; tells the user where there is no log, or no mail program. Where the mail
+    /// leaves the phone, the user sees the log first, masked unless they ask otherwise, and sends it or not.
     virtual void emailLogFile(const Value& sender);
     /// Goes one page back.
     void backButtonAction(const Value& sender);
@@ -52,6 +53,13 @@ protected:
     void rowsWereBuilt() override;
 
 private:
+    enum class Masking { On, Off };
+
+    void reviewLogFile(const std::string& log, Masking masking);
+    /// Sends a copy that holds the text.
+    void sendMaskedLog(const std::string& log, const std::string& text);
+    void sendLogFile(const std::string& file);
+
     /// Kept for the rebuilds of the page, because asking for the version costs a process each time.
     std::optional<std::string> _footerText;
 };

@@ -5,4 +5,7 @@ class Appearance {
 public:
     virtual ~Appearance() = default;
     virtual bool isDark() const = 0;
+    /// How much larger than usual the user wants texts to be: 1 for the usual size, and where the system has no such
+    /// setting.
+    virtual double textScale() const { return 1; }
 };

@@ -25,8 +25,8 @@ public:
     virtual std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) = 0;
     /// Replaces the file by way of a temporary file in the same directory: readers see the old content or the new.
     virtual std::optional<FileError> replace(const std::string& path, const Bytes& bytes) = 0;
-    /// Adds the bytes at the end of the file, which is made if missing, and gives its new length in bytes. When the disk or a limit
-    /// refuses them, the file is as long as before.
+    /// Adds the bytes at the end of the file, which is made if missing, and gives its new length in bytes. When the
+    /// disk or a limit refuses them, the file is as long as before.
     virtual std::optional<FileError> append(const std::string& path, const Bytes& bytes, std::size_t& length) = 0;
     /// Something stands at the path: a file or a directory alike.
     virtual bool exists(const std::string& path) const = 0;

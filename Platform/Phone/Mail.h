@@ -16,4 +16,6 @@ public:
     virtual ~Mail() = default;
     /// Shows the draft to the user; false when no mail program could be reached.
     virtual bool compose(const MailDraft& draft) = 0;
+    /// Whether what a draft attaches may leave the phone, so that the user is to see it before it is composed.
+    virtual bool asksUserFirst() const { return false; }
 };

@@ -5,6 +5,7 @@
 #include "Common/PropertyListLimits.h"
 #include "Common/Utf8.h"
 #include "Common/XmlListGuard.h"
+#include "Foundation/NSString.h"
 #include "Runtime/NSObject.h"
 
 #include <plist/plist.h>

@@ -90,21 +90,10 @@ void appendUtf8(std::string& text, std::uint32_t character)
     }
 }
 
-std::size_t utf16Length(std::string_view text)
-{
-    std::size_t units = 0;
-    for (const char c : text) {
-        const auto byte = static_cast<std::uint8_t>(c);
-        if ((byte & 0xC0) != 0x80)
-            units += sequenceOf(byte).length == 4 ? 2 : 1;
-    }
-    return units;
-}
-
 std::string bigEndianUtf16(std::string_view text)
 {
     std::string units;
-    units.reserve(2 * utf16Length(text));
+    units.reserve(2 * text.size());
     for (std::size_t at = 0; at < text.size();) {
         const std::uint32_t character = nextCharacter(text, at);
         if (character < firstSupplementary) {

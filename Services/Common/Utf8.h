@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -12,9 +11,6 @@ bool isUtf8(std::string_view text);
 bool isCharacter(std::uint32_t character);
 
 void appendUtf8(std::string& text, std::uint32_t character);
-
-/// The UTF-16 units of a well-formed text.
-std::size_t utf16Length(std::string_view text);
 
 /// The UTF-16 form, big-endian. The text is well-formed UTF-8.
 std::string bigEndianUtf16(std::string_view text);

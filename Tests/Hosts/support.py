@@ -140,6 +140,15 @@ def page_of(page, definition, **shown):
     }
 
 
+def typed(value):
+    """The value with the types of everything in it, because True equals 1 and 1 equals 1.0."""
+    if isinstance(value, dict):
+        return {key: typed(entry) for key, entry in value.items()}
+    if isinstance(value, list):
+        return [typed(entry) for entry in value]
+    return type(value).__name__, value
+
+
 def strict_loads(line):
     def refuse(constant):
         raise ValueError(f"{constant} is no JSON")
@@ -223,13 +232,21 @@ class Driver:
         self._complaints.close()
 
 
+def memory_folder():
+    """A folder that is kept in memory, where there is one with room: on a disk, every kept file must be waited for."""
+    folder = "/dev/shm"
+    roomy = os.access(folder, os.W_OK) and shutil.disk_usage(folder).free > 1 << 30
+    return folder if roomy else None
+
+
 class PhoneTest(unittest.TestCase):
     """A test on a phone of its own: a folder that is gone afterwards, the demo phone, no packages installed."""
 
     maxDiff = None
+    in_memory = False
 
     def setUp(self):
-        folder = tempfile.TemporaryDirectory(prefix="tandem-test-")
+        folder = tempfile.TemporaryDirectory(prefix="tandem-test-", dir=memory_folder() if self.in_memory else None)
         self.addCleanup(folder.cleanup)
         self.folder = pathlib.Path(folder.name)
         # Other users are to reach what lies in it.
@@ -275,10 +292,20 @@ class PhoneTest(unittest.TestCase):
         self.assertEqual(content[:8], b"bplist00")
         return plistlib.loads(content, fmt=plistlib.FMT_BINARY)
 
+    def assert_stored(self, settings):
+        """The file holds these values, in these types, and no others."""
+        self.assertEqual(typed(self.read_settings()), typed(settings))
+
+    def preference_files(self):
+        """The content of every file in the folder of the settings, by name."""
+        return {file.name: file.read_bytes() for file in self.preferences.iterdir()}
+
     # The bundle
 
     def place_bundle(self):
-        """Puts a copy of the bundle on the phone, whose files a test may change."""
+        """Puts a copy of the bundle, whose files a test may change, on the phone, in place of a link to the real one."""
+        if self.bundle.is_symlink():
+            self.bundle.unlink()
         if not self.bundle.exists():
             shutil.copytree(BUNDLE, self.bundle)
         return self.bundle

@@ -150,13 +150,15 @@ TEST_F(BluetoothBindings, OfAnotherShapeAreFree)
     EXPECT_EQ(stateOf(car), std::string("bound ") + firstSim);
 }
 
-TEST_F(BluetoothBindings, InAMalformedFileAreFreeAndTheNextOneReplacesIt)
+TEST_F(BluetoothBindings, InAMalformedFileAreFreeAndTheNextOneReplacesItKeepingItBeside)
 {
     for (const std::string content : { "", "bplist00", "<plist><array/></plist>", "garbage" }) {
         phone.writeFile(path, Bytes(content.begin(), content.end()));
         EXPECT_EQ(stateOf(car), "free -") << content;
         bind(car, firstSim);
         EXPECT_EQ(stateOf(car), std::string("bound ") + firstSim) << content;
+        const auto kept = phone.readFile(std::string(path) + ".torn").value_or(Bytes());
+        EXPECT_EQ(std::string(kept.begin(), kept.end()), content);
     }
 }
 

@@ -471,7 +471,7 @@ TEST_F(RowValues, OfADomainThatLeadsUpwardsStayOnThePhone)
 
 TEST_F(RowValues, OfADomainThatIsNoFileNameAreTheDefaultOrStored)
 {
-    for (const std::string hostile : { std::string(), std::string("."), std::string("/no/such/folder/a"),
+    for (const std::string& hostile : { std::string(), std::string("."), std::string("/no/such/folder/a"),
              std::string("a\0b", 3), std::string(5000, 'a') }) {
         const Row made = rowWith({ { "defaults", hostile }, { "key", "Key" }, { "default", "fallback" } });
         page->setPreferenceValue_specifier("stored", made);

@@ -24,6 +24,12 @@ protected:
         page = open<TDMiscSettingsController>();
     }
 
+    static Bytes bytesOf(const std::string& text) { return { text.begin(), text.end() }; }
+    std::shared_ptr<UIAlertController> sheet() const
+    {
+        return std::dynamic_pointer_cast<UIAlertController>(page->presentedViewController());
+    }
+
     std::shared_ptr<TDMiscSettingsController> page;
 };
 
@@ -47,6 +53,61 @@ TEST_F(MiscPage, LoggingOnHandsTheLogToTheBase)
     EXPECT_EQ(draft.subject, "Pairo log");
     EXPECT_EQ(draft.attachments, Strings { logPath });
     EXPECT_EQ(screen->lines, Strings {});
+}
+
+TEST_F(MiscPage, LogThatLeavesThePhoneIsShownAndMaskedFirst)
+{
+    phone.mail->leavesPhone = true;
+    moveSwitch(*page, "logging", true);
+    phone.writeFile(logPath, bytesOf("Called +49 151 1234567\n"));
+    tap(*page, "EmailLog");
+    EXPECT_TRUE(phone.mail->drafts.empty());
+    EXPECT_EQ(sheet()->message(),
+        "This log will be sent. Phone numbers, addresses and SIM keys are masked in it.\n\nCalled [number 1]\n");
+    sheet()->chooseAction(0);
+    ASSERT_EQ(phone.mail->drafts.size(), 1U);
+    EXPECT_EQ(phone.mail->drafts[0].attachments, Strings { std::string(logPath) + ".masked" });
+    EXPECT_EQ(phone.files->read(std::string(logPath) + ".masked"), bytesOf("Called [number 1]\n"));
+}
+
+TEST_F(MiscPage, LogIsSentUnmaskedWhenTheUserAsksForIt)
+{
+    phone.mail->leavesPhone = true;
+    moveSwitch(*page, "logging", true);
+    phone.writeFile(logPath, bytesOf("Called +49 151 1234567\n"));
+    tap(*page, "EmailLog");
+    sheet()->chooseAction(1);
+    EXPECT_EQ(sheet()->message(),
+        "This log will be sent, with all phone numbers, addresses and SIM keys.\n\nCalled +49 151 1234567\n");
+    sheet()->chooseAction(0);
+    ASSERT_EQ(phone.mail->drafts.size(), 1U);
+    EXPECT_EQ(phone.mail->drafts[0].attachments, Strings { logPath });
+}
+
+TEST_F(MiscPage, LogThatTheUserCancelsIsNotSent)
+{
+    phone.mail->leavesPhone = true;
+    moveSwitch(*page, "logging", true);
+    phone.writeFile(logPath, bytesOf("x\n"));
+    tap(*page, "EmailLog");
+    sheet()->chooseAction(2);
+    EXPECT_TRUE(phone.mail->drafts.empty());
+    EXPECT_FALSE(phone.files->exists(std::string(logPath) + ".masked"));
+}
+
+TEST_F(MiscPage, NewestLinesOfALongLogAreShown)
+{
+    phone.mail->leavesPhone = true;
+    std::string log;
+    for (int i = 0; i < 203; ++i)
+        log += "line " + std::to_string(i) + "\n";
+    moveSwitch(*page, "logging", true);
+    phone.writeFile(logPath, bytesOf(log));
+    tap(*page, "EmailLog");
+    const std::string shown = sheet()->message();
+    EXPECT_NE(shown.find("(3 earlier lines are sent too)\nline 3\n"), std::string::npos) << shown;
+    EXPECT_TRUE(shown.ends_with("line 202\n"));
+    EXPECT_EQ(shown.find("line 2\n"), std::string::npos);
 }
 
 TEST_F(MiscPage, LoggingIsAskedForAtEachTap)

@@ -111,8 +111,10 @@ public:
         drafts.push_back(draft);
         return works;
     }
+    bool asksUserFirst() const override { return leavesPhone; }
     std::vector<MailDraft> drafts;
     bool works = true;
+    bool leavesPhone = false;
 };
 
 class RecordedLinks final : public Links {

@@ -1,0 +1,63 @@
+#include "Linux/BluezDevices.h"
+
+#include "Linux/BusValues.h"
+
+#include <QRegularExpression>
+
+#include <map>
+#include <tuple>
+
+namespace {
+
+constexpr const char* bluez = "org.bluez";
+constexpr const char* bluezRoot = "/";
+constexpr const char* objectManager = "org.freedesktop.DBus.ObjectManager";
+constexpr const char* getManagedObjects = "GetManagedObjects";
+constexpr const char* deviceInterface = "org.bluez.Device1";
+constexpr const char* addressPattern = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}$";
+
+/// The address names the device's rows and its binding, so one that is none makes no device.
+bool isAddress(const QString& text)
+{
+    static const QRegularExpression pattern { QLatin1String(addressPattern) };
+    return pattern.match(text).hasMatch();
+}
+
+QString nameOf(const QVariantMap& device, const QString& address)
+{
+    for (const char* name : { "Name", "Alias" }) {
+        const QString text = textOf(device, name).trimmed();
+        if (!text.isEmpty())
+            return text;
+    }
+    return address;
+}
+
+auto place(const PairedDevice& device)
+{
+    return std::tuple(QString::fromStdString(device.name).toCaseFolded(), device.name, device.address);
+}
+
+} // namespace
+
+std::vector<PairedDevice> BluezDevices::devices() const
+{
+    const auto objects = managedObjectsOf(_bus.call(QDBusMessage::createMethodCall(QLatin1String(bluez),
+        QLatin1String(bluezRoot), QLatin1String(objectManager), QLatin1String(getManagedObjects))));
+    if (!objects)
+        return {};
+    std::map<QString, PairedDevice> byAddress;
+    for (const BusInterfaces& interfaces : *objects) {
+        const QVariantMap device = interfaces.value(QLatin1String(deviceInterface));
+        const QString address = textOf(device, "Address");
+        if (isTrue(device, "Paired") && isAddress(address))
+            byAddress.try_emplace(
+                address, PairedDevice { nameOf(device, address).toStdString(), address.toStdString() });
+    }
+    std::vector<PairedDevice> devices;
+    for (auto& [address, device] : byAddress)
+        devices.push_back(std::move(device));
+    std::sort(devices.begin(), devices.end(),
+        [](const PairedDevice& left, const PairedDevice& right) { return place(left) < place(right); });
+    return devices;
+}

@@ -1,0 +1,113 @@
+#include "Linux/BusNotifications.h"
+
+#include <QRegularExpression>
+
+namespace {
+
+constexpr const char* path = "/com/vexil/DarwinNotifications";
+constexpr const char* interface = "com.vexil.DarwinNotifications";
+constexpr const char* signalName = "Posted";
+constexpr const char* signature = "s";
+/// What stands in a match rule as it is, and is short enough for one.
+constexpr const char* selectableName = "^[A-Za-z0-9._+-]{1,255}$";
+
+constexpr const char* busService = "org.freedesktop.DBus";
+constexpr const char* busPath = "/org/freedesktop/DBus";
+constexpr const char* localPath = "/org/freedesktop/DBus/Local";
+constexpr const char* localInterface = "org.freedesktop.DBus.Local";
+
+bool canBeSelected(const QString& name)
+{
+    static const QRegularExpression pattern { QLatin1String(selectableName) };
+    return pattern.match(name).hasMatch();
+}
+
+} // namespace
+
+BusNotifications::BusNotifications(BusCaller sessionBus)
+    : _bus(std::move(sessionBus))
+{
+    QDBusConnection bus = _bus.bus();
+    bus.connect(QString(), QLatin1String(localPath), QLatin1String(localInterface), QStringLiteral("Disconnected"),
+        this, SLOT(loseBus()));
+}
+
+void BusNotifications::post(const std::string& name)
+{
+    QDBusMessage notification =
+        QDBusMessage::createSignal(QLatin1String(path), QLatin1String(interface), QLatin1String(signalName));
+    notification << QString::fromStdString(name);
+    if (_bus.isConnected() && _bus.bus().send(notification))
+        _isFlushed = false;
+}
+
+void BusNotifications::addObserver(const std::string& name, Handler handler)
+{
+    const QString selected = QString::fromStdString(name);
+    if (!canBeSelected(selected)) {
+        addObserverOfAll([name, handler = std::move(handler)](const std::string& posted) {
+            if (posted == name)
+                handler(posted);
+        });
+        return;
+    }
+    std::vector<Handler>& handlers = _observers[name];
+    handlers.push_back(std::move(handler));
+    if (handlers.size() > 1)
+        return;
+    QDBusConnection bus = _bus.bus();
+    bus.connect(QString(), QLatin1String(path), QLatin1String(interface), QLatin1String(signalName), { selected },
+        QLatin1String(signature), this, SLOT(receive(QString)));
+    _isFlushed = false;
+}
+
+void BusNotifications::addObserverOfAll(Handler handler)
+{
+    _observersOfAll.push_back(std::move(handler));
+    if (std::exchange(_listensToAll, true))
+        return;
+    QDBusConnection bus = _bus.bus();
+    bus.connect(QString(), QLatin1String(path), QLatin1String(interface), QLatin1String(signalName), {},
+        QLatin1String(signature), this, SLOT(receiveAny(QString)));
+    _isFlushed = false;
+}
+
+void BusNotifications::flush()
+{
+    if (std::exchange(_isFlushed, true))
+        return;
+    _bus.call(QDBusMessage::createMethodCall(
+        QLatin1String(busService), QLatin1String(busPath), QLatin1String(busService), QStringLiteral("GetId")));
+}
+
+void BusNotifications::receive(const QString& name)
+{
+    const std::string text = name.toStdString();
+    const auto observers = _observers.find(text);
+    if (observers == _observers.end())
+        return;
+    // Observers that are added meanwhile begin with the next one.
+    const std::size_t count = observers->second.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const Handler handler = observers->second[i];
+        if (handler)
+            handler(text);
+    }
+}
+
+void BusNotifications::receiveAny(const QString& name)
+{
+    const std::string text = name.toStdString();
+    const std::size_t count = _observersOfAll.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const Handler handler = _observersOfAll[i];
+        if (handler)
+            handler(text);
+    }
+}
+
+void BusNotifications::loseBus()
+{
+    if (_lostHandler)
+        _lostHandler();
+}

@@ -1,0 +1,83 @@
+#include "Linux/LinuxPhone.h"
+
+#include "Linux/BluezDevices.h"
+#include "Linux/DesktopHomeScreen.h"
+#include "Linux/LinuxSubscriptions.h"
+#include "Linux/PortalLinks.h"
+#include "Linux/PortalMail.h"
+#include "Linux/SyslogLog.h"
+
+#include <QDir>
+#include <QGuiApplication>
+
+#include <iostream>
+
+namespace {
+
+constexpr const char* simNamesFile = "/tandem/sim-names";
+
+void keepQuiet(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
+{
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::cerr << text.toStdString() << std::endl;
+}
+
+QString configurationFolder()
+{
+    const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME");
+    return QDir::isAbsolutePath(folder) ? folder : QDir::homePath() + QStringLiteral("/.config");
+}
+
+} // namespace
+
+std::unique_ptr<QCoreApplication> windowlessApplication()
+{
+    if (QCoreApplication::instance())
+        return nullptr;
+    // What the libraries find remarkable about the machine is nothing that a page tells of.
+    qInstallMessageHandler(keepQuiet);
+    static char program[] = "tandem";
+    static char option[] = "-platform";
+    static char platform[] = "offscreen";
+    static char* words[] = { program, option, platform, nullptr };
+    static int count = 3;
+    return std::make_unique<QGuiApplication>(count, words);
+}
+
+LinuxPhone::LinuxPhone(HostPath hostPath)
+    : _application(windowlessApplication())
+{
+    const BusCaller system(systemBus(), _budget);
+    const BusCaller session(sessionBus(), _budget);
+    _notifications = std::make_shared<BusNotifications>(session);
+    _appearance = std::make_shared<PortalAppearance>(session);
+
+    _phone.systemLog = std::make_shared<SyslogLog>();
+    _phone.darwinNotifications = _notifications;
+    _phone.pairedDevices = std::make_shared<BluezDevices>(system);
+    _phone.subscriptions =
+        std::make_shared<LinuxSubscriptions>(system, configurationFolder() + QLatin1String(simNamesFile));
+    _phone.homeScreen = std::make_shared<DesktopHomeScreen>(DesktopHomeScreen::userDataFolders());
+    _phone.appearance = _appearance;
+    _phone.mail = std::make_shared<PortalMail>(session, std::move(hostPath));
+    _phone.links = std::make_shared<PortalLinks>(session);
+}
+
+LinuxPhone::~LinuxPhone()
+{
+    endTurn();
+}
+
+void LinuxPhone::beginTurn()
+{
+    _budget->renew();
+    // A program with an event loop of its own has taken it in already.
+    if (_application)
+        QCoreApplication::processEvents();
+}
+
+void LinuxPhone::endTurn()
+{
+    _budget->renew();
+    _notifications->flush();
+}

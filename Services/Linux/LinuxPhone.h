@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Linux/BusNotifications.h"
+#include "Linux/PortalAppearance.h"
+#include "Phone/Phone.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class QCoreApplication;
+
+/// The machine that the program runs on, as a phone: BlueZ, ModemManager or oFono, the user's bus, the desktop's
+/// portals, desktop entries and icon themes, and the machine's log.
+///
+/// Each of them may be absent, and none keeps a turn waiting for more than half a second.
+class LinuxPhone {
+public:
+    /// Where a path of the phone lies on this machine.
+    using HostPath = std::function<std::string(const std::string&)>;
+
+    /// Makes an application object where the program has none.
+    explicit LinuxPhone(HostPath hostPath);
+    LinuxPhone(const LinuxPhone&) = delete;
+    LinuxPhone& operator=(const LinuxPhone&) = delete;
+    ~LinuxPhone();
+
+    /// Without property lists, files, images and text measure, which the caller adds.
+    Phone phone() const { return _phone; }
+
+    /// Called from the event loop of the main thread after the system's appearance or text size has changed.
+    void setAppearanceObserver(std::function<void()> observer) { _appearance->setObserver(std::move(observer)); }
+
+    /// To be called before the pages are given an event: takes in what has come meanwhile, and lets daemons that have
+    /// failed be asked again.
+    void beginTurn();
+    /// To be called after it: what was posted has left the process.
+    void endTurn();
+
+private:
+    std::unique_ptr<QCoreApplication> _application;
+    std::shared_ptr<WaitBudget> _budget = std::make_shared<WaitBudget>();
+    std::shared_ptr<BusNotifications> _notifications;
+    std::shared_ptr<PortalAppearance> _appearance;
+    Phone _phone;
+};
+
+/// An application object without a window, for a program that has none: the bus and the drawing of icons need one.
+/// Null where there is one already.
+std::unique_ptr<QCoreApplication> windowlessApplication();

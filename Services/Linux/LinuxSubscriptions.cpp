@@ -1,0 +1,97 @@
+#include "Linux/LinuxSubscriptions.h"
+
+#include "Linux/PhoneNumbers.h"
+
+#include <QFile>
+#include <QUuid>
+
+#include <algorithm>
+#include <set>
+
+namespace {
+
+/// The name space of our keys. It must never change: logos and bindings are kept by these keys.
+const QUuid simNamespace { 0x6d1f7a52, 0x0c4e, 0x5b37, 0x9a, 0x63, 0x2e, 0x8f, 0x41, 0xd0, 0x7b, 0x19 };
+constexpr qint64 largestNamesFile = 1 << 20;
+constexpr const char* nameless = "SIM ";
+
+/// The user's names of SIMs, by key or ICCID.
+QHash<QString, QString> namesIn(const QString& path)
+{
+    QHash<QString, QString> names;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return names;
+    for (const QString& line : QString::fromUtf8(file.read(largestNamesFile)).split(QLatin1Char('\n'))) {
+        const qsizetype sign = line.indexOf(QLatin1Char('='));
+        const QString name = line.mid(sign + 1).trimmed();
+        if (sign > 0 && !name.isEmpty())
+            names.insert(line.left(sign).trimmed().toUpper(), name);
+    }
+    return names;
+}
+
+std::optional<std::string> present(const QString& text)
+{
+    return text.isEmpty() ? std::nullopt : std::optional(text.toStdString());
+}
+
+QString firstOf(std::initializer_list<QString> texts)
+{
+    const auto found = std::ranges::find_if(texts, [](const QString& text) { return !text.isEmpty(); });
+    return found == texts.end() ? QString() : *found;
+}
+
+} // namespace
+
+std::string simKeyOf(const QString& iccid)
+{
+    return QUuid::createUuidV5(simNamespace, iccid).toString(QUuid::WithoutBraces).toUpper().toStdString();
+}
+
+const MobileProviders& LinuxSubscriptions::providers() const
+{
+    if (!_providers)
+        _providers.emplace();
+    return *_providers;
+}
+
+QString LinuxSubscriptions::carrierOf(const SimCard& card) const
+{
+    const QString known = firstOf({ card.registeredName, card.homeName }).trimmed();
+    return known.isEmpty() ? providers().nameOf(card.homeNetwork) : known;
+}
+
+std::vector<Subscription> LinuxSubscriptions::subscriptions() const
+{
+    std::vector<SimCard> cards = modemManagerSims(_bus);
+    if (cards.empty())
+        cards = ofonoSims(_bus);
+    const QHash<QString, QString> names = cards.empty() ? QHash<QString, QString>() : namesIn(_namesFile);
+    _regions.clear();
+
+    std::vector<Subscription> sims;
+    std::set<std::string> keys;
+    for (const SimCard& card : cards) {
+        // Rows and files are named by the key: a card that two modems tell of is one.
+        const std::string key = simKeyOf(card.iccid);
+        if (!keys.insert(key).second)
+            continue;
+        const QString carrier = carrierOf(card);
+        const QString number = QString::number(sims.size() + 1);
+        const QString label = firstOf({ names.value(QString::fromStdString(key)), names.value(card.iccid), carrier,
+            QLatin1String(nameless) + number });
+        if (!card.ownNumber.isEmpty())
+            _regions.insert(card.ownNumber, providers().regionOf(card.homeNetwork));
+        sims.push_back({ key, label.toStdString(), present(card.ownNumber), present(carrier), card.isDefaultVoice });
+    }
+    const bool isChosen = std::ranges::any_of(sims, &Subscription::userDefaultVoice);
+    if (!isChosen && !sims.empty())
+        sims.front().userDefaultVoice = true;
+    return sims;
+}
+
+std::string LinuxSubscriptions::formattedNumber(const std::string& number) const
+{
+    return formattedPhoneNumber(number, _regions.value(QString::fromStdString(number)).toStdString());
+}

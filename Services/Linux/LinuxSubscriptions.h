@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Linux/BusCaller.h"
+#include "Linux/MobileProviders.h"
+#include "Linux/SimCard.h"
+#include "Phone/Subscriptions.h"
+
+#include <QHash>
+#include <QString>
+
+#include <optional>
+
+/// The key of a SIM: a UUID made of its ICCID, the same in every slot and after every start.
+std::string simKeyOf(const QString& iccid);
+
+/// The SIMs that ModemManager tells of or, where it has none, oFono.
+class LinuxSubscriptions final : public Subscriptions {
+public:
+    /// The names that the user gives SIMs stand in the file, one a line: KEY=NAME, where KEY is the SIM's key or its
+    /// ICCID. It may be missing.
+    LinuxSubscriptions(BusCaller systemBus, QString namesFile)
+        : _bus(std::move(systemBus))
+        , _namesFile(std::move(namesFile))
+    {
+    }
+
+    // Subscriptions
+    std::vector<Subscription> subscriptions() const override;
+    /// By the rules of the region of the SIM that has the number; an international number needs none.
+    std::string formattedNumber(const std::string& number) const override;
+
+private:
+    const MobileProviders& providers() const;
+    QString carrierOf(const SimCard& card) const;
+
+    BusCaller _bus;
+    QString _namesFile;
+    /// Read when the first SIM needs it.
+    mutable std::optional<MobileProviders> _providers;
+    /// The home regions of the SIMs that were last asked for, by number.
+    mutable QHash<QString, QString> _regions;
+};

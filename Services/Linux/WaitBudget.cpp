@@ -1,0 +1,7 @@
+#include "Linux/WaitBudget.h"
+
+void WaitBudget::renew()
+{
+    _left = whole;
+    _failed.clear();
+}

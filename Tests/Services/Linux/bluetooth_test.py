@@ -1,0 +1,94 @@
+"""The devices of BlueZ on the Bluetooth page."""
+
+import unittest
+
+from gi.repository import GLib
+
+from machine import MachineTest
+
+BLUEZ = "org.bluez"
+BLUEZ_MOCK = "org.bluez.Mock"
+DEVICE = "org.bluez.Device1"
+HEADSET_CLASS = 0x240404
+
+
+class BluetoothTest(MachineTest):
+    def setUp(self):
+        super().setUp()
+        self.bluez = self.mock_template("bluez5", BLUEZ, "/")
+
+    def add_adapter(self, name):
+        self.bluez.call(BLUEZ_MOCK, "AddAdapter", GLib.Variant("(ss)", (name, name)))
+
+    def add_device(self, adapter, address, name, paired=True):
+        arguments = GLib.Variant("(sss)", (adapter, address, name))
+        path = self.bluez.call(BLUEZ_MOCK, "AddDevice", arguments)
+        if paired:
+            pair = GLib.Variant("(ssi)", (adapter, address, HEADSET_CLASS))
+            self.bluez.call(BLUEZ_MOCK, "PairDevice", pair)
+        return path
+
+    def update(self, path, **properties):
+        self.bluez.mock("UpdateProperties", GLib.Variant("(sa{sv})", (DEVICE, properties)), path)
+
+    def devices(self, driver=None):
+        driver = driver or self.on_linux().open("bluetooth")
+        return [(row["name"], row["identifier"]) for row in driver.rows() if row["cell"] == "PSSwitchCell"]
+
+    def test_no_adapter(self):
+        self.assertEqual(self.devices(), [])
+
+    def test_paired_devices_alone_by_name(self):
+        self.add_adapter("hci0")
+        self.add_device("hci0", "11:22:33:44:55:03", "watch")
+        self.add_device("hci0", "11:22:33:44:55:02", "Car")
+        self.add_device("hci0", "11:22:33:44:55:01", "Stranger", paired=False)
+        self.assertEqual(self.devices(), [("Car", "11:22:33:44:55:02"), ("watch", "11:22:33:44:55:03")])
+
+    def test_name_else_alias_else_address(self):
+        self.add_adapter("hci0")
+        full = self.add_device("hci0", "11:22:33:44:55:01", "C")
+        self.update(full, Name=GLib.Variant("s", "Own"), Alias=GLib.Variant("s", "Mine"))
+        alias = self.add_device("hci0", "11:22:33:44:55:02", "B")
+        self.update(alias, Name=GLib.Variant("s", ""), Alias=GLib.Variant("s", "Mine"))
+        bare = self.add_device("hci0", "11:22:33:44:55:03", "A")
+        self.update(bare, Name=GLib.Variant("s", ""), Alias=GLib.Variant("s", " "))
+        self.assertEqual(
+            self.devices(),
+            [("11:22:33:44:55:03",) * 2, ("Mine", "11:22:33:44:55:02"), ("Own", "11:22:33:44:55:01")],
+        )
+
+    def test_three_adapters_and_a_device_of_two(self):
+        for adapter in ("hci0", "hci1", "hci2"):
+            self.add_adapter(adapter)
+        self.add_device("hci2", "11:22:33:44:55:01", "A")
+        self.add_device("hci1", "11:22:33:44:55:02", "B")
+        self.add_device("hci0", "11:22:33:44:55:03", "C")
+        self.add_device("hci2", "11:22:33:44:55:03", "C")
+        self.assertEqual(
+            self.devices(), [(name, f"11:22:33:44:55:0{n}") for n, name in enumerate("ABC", 1)]
+        )
+
+    def test_two_hundred_devices(self):
+        self.add_adapter("hci0")
+        for n in range(200):
+            self.add_device("hci0", f"11:22:33:44:55:{n:02X}", f"Device {n:03}")
+        self.assertEqual(self.devices(), [(f"Device {n:03}", f"11:22:33:44:55:{n:02X}") for n in range(200)])
+
+    def test_devices_that_come_and_go_while_the_page_is_open(self):
+        self.add_adapter("hci0")
+        self.add_device("hci0", "11:22:33:44:55:01", "A")
+        gone = self.add_device("hci0", "11:22:33:44:55:02", "B")
+        driver = self.on_linux().open("bluetooth")
+        before = self.devices(driver)
+        self.add_device("hci0", "11:22:33:44:55:03", "C")
+        self.update(gone, Paired=GLib.Variant("b", False))
+        self.assertEqual(driver.events("rows"), [])
+        self.assertEqual(self.devices(driver), before)
+        # A switch rebuilds the rows.
+        driver.ask("set", row="11:22:33:44:55:01", value=True)
+        self.assertEqual(self.devices(driver), [("A", "11:22:33:44:55:01"), ("C", "11:22:33:44:55:03")])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,223 @@
+"""Daemons that are absent, hang, die or answer rubbish: pages open quickly, show less and say nothing."""
+
+import os
+import shutil
+import signal
+import socket
+import time
+import unittest
+
+from gi.repository import GLib
+
+from machine import MODEMMANAGER, MachineTest
+
+LONGEST_SECONDS = 0.5
+# Sanitized programs are slower by themselves.
+SLACK = 3 if os.environ.get("TANDEM_SANITIZED") else 1
+ATTEMPTS = 3
+
+OBJECT_MANAGER = "org.freedesktop.DBus.ObjectManager"
+PROPERTIES = "org.freedesktop.DBus.Properties"
+BLUEZ = "org.bluez"
+MODEMS = "org.freedesktop.ModemManager1"
+MODEMS_PATH = "/org/freedesktop/ModemManager1"
+OFONO = "org.ofono"
+PORTAL = "org.freedesktop.portal.Desktop"
+PORTAL_PATH = "/org/freedesktop/portal/desktop"
+
+RUBBISH = [
+    ("s", "ret = 'rubbish'"),
+    ("i", "ret = -1"),
+    ("", "ret = None"),
+    ("as", "ret = ['a', 'b']"),
+    ("(si)", "ret = ('a', 1)"),
+    ("a{sv}", "ret = {'Paired': True, 'Present': 'no', 'SimIdentifier': 7}"),
+    ("v", "ret = dbus.Array([1, 2], signature='i', variant_level=1)"),
+    ("a(oa{sv})", "ret = [('/a', {'Interfaces': 7}), ('/b', {'Interfaces': ['org.ofono.SimManager']})]"),
+    ("a{oa{sv}}", "ret = {'/a': {'Address': 'x'}}"),
+    (
+        "a{oa{sa{sv}}}",
+        "ret = {'/a': {'org.bluez.Device1': {'Address': 5, 'Paired': True, 'Name': ['x']}},"
+        " '/b': {'org.bluez.Device1': {'Address': 'x' * 100000, 'Paired': 'yes', 'Name': 1.5}},"
+        " '/c': {'org.bluez.Device1': {'Address': '+', 'Paired': True, 'Alias': dbus.ByteArray(b'x')}},"
+        " '/d': {'org.freedesktop.ModemManager1.Modem': {'SimSlots': ['/x', 'y'], 'Sim': 5, 'OwnNumbers': 'x',"
+        " 'Device': 1}, 'org.freedesktop.ModemManager1.Modem.Modem3gpp': {'RegistrationState': 'home'}},"
+        " '/e': {'org.freedesktop.ModemManager1.Modem': {'Sim': dbus.ObjectPath('/f'), 'SimSlots':"
+        " dbus.Array([dbus.ObjectPath('/f'), dbus.ObjectPath('/nowhere')], signature='o')}}}",
+    ),
+    ("a{oa{sa{sv}}}", "raise dbus.exceptions.DBusException('no', name='com.example.Error')"),
+]
+
+
+class TroubleTest(MachineTest):
+    def seconds_to_open(self, page):
+        """The best of some attempts, because other programs use the machine too; the rows that were shown."""
+        best = None
+        for _ in range(ATTEMPTS):
+            driver = self.on_linux()
+            driver.ask("rows")
+            start = time.monotonic()
+            driver.open(page)
+            seconds = time.monotonic() - start
+            best = seconds if best is None else min(best, seconds)
+            rows = driver.rows()
+            driver.close()
+        return best, rows
+
+    def check_quick_and_empty(self, page):
+        seconds, rows = self.seconds_to_open(page)
+        self.assertEqual(rows, [])
+        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+        return seconds
+
+    def test_no_daemons(self):
+        for page in ("bluetooth", "sims"):
+            self.check_quick_and_empty(page)
+
+    def test_no_bus(self):
+        for name in ("DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"):
+            self.environment[name] = f"unix:path={self.folder}/nothing"
+        for page in ("root", "calls", "messages", "bluetooth", "sims", "misc"):
+            code, _, complaints = self.run_tandem("--phone", "linux", "show", page)
+            self.assertEqual((code, complaints), (0, ""))
+
+    def test_no_bus_and_no_address_of_one(self):
+        for name in ("DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"):
+            del self.environment[name]
+        code, _, complaints = self.run_tandem("--phone", "linux", "show", "bluetooth")
+        self.assertEqual((code, complaints), (0, ""))
+
+    def test_all_daemons_hang(self):
+        for name, template, path in ((BLUEZ, "bluez5", "/"), (MODEMS, MODEMMANAGER, MODEMS_PATH), (OFONO, "ofono", "/")):
+            self.mock_template(template, name, path).hang()
+        print("all daemons hang: %.0f ms" % (1000 * self.check_quick_and_empty("bluetooth")))
+        print("all daemons hang: %.0f ms" % (1000 * self.check_quick_and_empty("sims")))
+
+    def test_one_daemon_that_hangs_does_not_keep_the_others_from_answering(self):
+        self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
+        bluez = self.mock_template("bluez5", BLUEZ, "/")
+        bluez.call("org.bluez.Mock", "AddAdapter", GLib.Variant("(ss)", ("hci0", "hci0")))
+        arguments = ("hci0", "11:22:33:44:55:66")
+        bluez.call("org.bluez.Mock", "AddDevice", GLib.Variant("(sss)", (*arguments, "Car")))
+        bluez.call("org.bluez.Mock", "PairDevice", GLib.Variant("(ssi)", (*arguments, 0)))
+        seconds, rows = self.seconds_to_open("bluetooth")
+        self.assertEqual([row["name"] for row in rows if row["name"]], ["Car"])
+        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+
+    def test_daemon_that_wakes_is_right_at_the_next_build(self):
+        modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
+        modem = modems.call("com.vexil.Mock", "AddModem", GLib.Variant("(su)", ("a", 1)))
+        sim = (modem, 1, "8949020000012345678", "26201", "One")
+        modems.call("com.vexil.Mock", "AddSim", GLib.Variant("(susss)", sim))
+        modems.hang()
+        driver = self.on_linux().open("sims")
+        self.assertEqual(driver.rows(), [])
+        modems.wake()
+        driver.ask("back")
+        driver.open("sims")
+        self.assertEqual(driver.rows()[0]["name"], "SIM 1")
+
+    def test_portal_that_hangs(self):
+        portal = self.mock_daemon(self.session, PORTAL, PORTAL_PATH, "org.freedesktop.portal.Settings")
+        portal.hang()
+        start = time.monotonic()
+        code, _, complaints = self.run_tandem("--phone", "linux", "show", "calls")
+        self.assertEqual((code, complaints), (0, ""))
+        self.assertLess(time.monotonic() - start, 2 * LONGEST_SECONDS * SLACK)
+
+    def test_rubbish_of_every_type(self):
+        daemons = [
+            (self.mock_daemon(self.system, BLUEZ, "/", BLUEZ), OBJECT_MANAGER, "GetManagedObjects"),
+            (self.mock_daemon(self.system, MODEMS, MODEMS_PATH, MODEMS), OBJECT_MANAGER, "GetManagedObjects"),
+            (self.mock_daemon(self.system, OFONO, "/", OFONO), "org.ofono.Manager", "GetModems"),
+        ]
+        daemons[1][0].mock("AddObject", GLib.Variant("(ssa{sv}a(ssss))", ("/f", "org.freedesktop.ModemManager1.Sim", {
+            "SimIdentifier": GLib.Variant("as", ["x"]), "OperatorName": GLib.Variant("i", 1)}, [])))
+        portal = self.mock_daemon(self.session, PORTAL, PORTAL_PATH, "org.freedesktop.portal.Settings")
+        for signature, code in RUBBISH:
+            with self.subTest(signature=signature, code=code):
+                portal.answer("org.freedesktop.portal.Settings", "Read", signature, code)
+                for daemon, interface, method in daemons:
+                    daemon.answer(interface, method, signature, code)
+                for page in ("bluetooth", "sims"):
+                    self.assertEqual(self.on_linux().open(page).rows(), [])
+
+    def test_daemon_that_dies_in_the_middle(self):
+        modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
+        modem = modems.call("com.vexil.Mock", "AddModem", GLib.Variant("(su)", ("a", 1)))
+        sim = (modem, 1, "8949020000012345678", "26201", "One")
+        path = modems.call("com.vexil.Mock", "AddSim", GLib.Variant("(susss)", sim))
+        modems.answer(PROPERTIES, "GetAll", "a{sv}", "import os; os._exit(1)", path)
+        modems.answer(OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", "import os; os._exit(1)")
+        driver = self.on_linux()
+        driver.ask("rows")
+        start = time.monotonic()
+        driver.open("sims")
+        self.assertLess(time.monotonic() - start, LONGEST_SECONDS * SLACK * ATTEMPTS)
+        self.assertEqual(driver.rows(), [])
+        self.assertIsNotNone(modems.process.wait())
+
+    def test_bus_that_dies_while_a_page_is_open(self):
+        driver = self.on_linux().open("bluetooth")
+        self.system.process.kill()
+        self.session.process.kill()
+        self.system.process.wait()
+        self.session.process.wait()
+        driver.ask("back")
+        driver.ask("set", row="TandemEnabled", value=False)
+        driver.ask("set", row="TandemEnabled", value=True)
+        driver.open("sims")
+        self.assertEqual(driver.rows(), [])
+
+    def test_bus_that_never_answers(self):
+        listener = socket.socket(socket.AF_UNIX)
+        self.addCleanup(listener.close)
+        path = f"{self.folder}/mute"
+        listener.bind(path)
+        listener.listen()
+        for name in ("DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"):
+            self.environment[name] = f"unix:path={path}"
+        start = time.monotonic()
+        code, _, complaints = self.run_tandem("--phone", "linux", "show", "bluetooth")
+        self.assertEqual((code, complaints), (0, ""))
+        self.assertLess(time.monotonic() - start, 2 * LONGEST_SECONDS * SLACK)
+
+    def test_bus_that_hangs_while_a_page_is_open(self):
+        driver = self.on_linux()
+        driver.ask("rows")
+        self.system.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.system.process.send_signal, signal.SIGCONT)
+        start = time.monotonic()
+        driver.open("sims")
+        self.assertLess(time.monotonic() - start, LONGEST_SECONDS * SLACK * ATTEMPTS)
+        self.assertEqual(driver.rows(), [])
+
+
+class RealDaemonsTest(TroubleTest):
+    """Debian's own daemons on a machine without hardware."""
+
+    def start(self, name, path, program, *words):
+        found = shutil.which(program, path="/usr/libexec/bluetooth:/usr/lib/bluetooth:/usr/sbin")
+        if not found:
+            self.skipTest(f"{program} is not installed")
+        try:
+            # One of them asks for the bus of the session when it is not to own the machine's.
+            self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.system.address
+            return self.start_daemon(self.system, name, path, [found, *words])
+        except AssertionError:
+            self.skipTest(f"{program} does not start here")
+
+    def test_bluetoothd(self):
+        self.start(BLUEZ, "/", "bluetoothd", "--nodetach", "--configfile=/dev/null")
+        print("bluetoothd: %.0f ms" % (1000 * self.check_quick_and_empty("bluetooth")))
+
+    def test_modem_manager(self):
+        self.start(MODEMS, MODEMS_PATH, "ModemManager", "--test-session", "--test-no-udev", "--test-no-suspend-resume")
+        print("ModemManager: %.0f ms" % (1000 * self.check_quick_and_empty("sims")))
+
+
+for inherited in [name for name in dir(TroubleTest) if name.startswith("test_")]:
+    setattr(RealDaemonsTest, inherited, None)
+
+if __name__ == "__main__":
+    unittest.main()

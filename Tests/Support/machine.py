@@ -1,0 +1,162 @@
+"""A machine for tests: private buses, daemons on them that are mocks of python3-dbusmock or the real ones, and sessions
+with the driver that run on it."""
+
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+
+from gi.repository import Gio, GLib
+
+import support
+
+TEMPLATES = pathlib.Path(__file__).parent
+MODEMMANAGER = str(TEMPLATES / "modemmanager.py")
+PATIENCE_MS = 60_000
+MOCK = "org.freedesktop.DBus.Mock"
+
+
+def python_path():
+    """The mocks' packages belong to the system's own Python."""
+    return "/usr/bin/python3" if os.path.exists("/usr/bin/python3") else sys.executable
+
+
+class Bus:
+    """A bus of the test's own, and a connection to it."""
+
+    def __init__(self, folder, name):
+        address = f"unix:path={folder}/{name}"
+        config = folder / f"{name}.conf"
+        config.write_text(
+            "<!DOCTYPE busconfig PUBLIC '-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN'"
+            " 'http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd'>"
+            f"<busconfig><type>session</type><listen>{address}</listen>"
+            "<policy context='default'><allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/>"
+            "<allow own='*'/></policy></busconfig>"
+        )
+        self.process = subprocess.Popen(
+            ["dbus-daemon", f"--config-file={config}", "--nofork", "--print-address"],
+            stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL,
+        )
+        self.address = self.process.stdout.readline().decode().strip()
+        self.connection = Gio.DBusConnection.new_for_address_sync(
+            self.address,
+            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION,
+            None,
+            None,
+        )
+        self.connection.set_exit_on_close(False)
+
+    def call(self, name, path, interface, method, arguments=None, reply=None):
+        result = self.connection.call_sync(
+            name, path, interface, method, arguments, reply, Gio.DBusCallFlags.NO_AUTO_START, PATIENCE_MS, None
+        )
+        values = result.unpack()
+        return values[0] if values else None
+
+    def wait_for(self, name, present=True):
+        """Waits until somebody owns the name, or nobody."""
+        loop = GLib.MainLoop()
+        heard = []
+
+        def hear(is_there):
+            if is_there == present:
+                heard.append(name)
+                loop.quit()
+
+        watch = Gio.bus_watch_name_on_connection(
+            self.connection, name, Gio.BusNameWatcherFlags.NONE, lambda *_: hear(True), lambda *_: hear(False)
+        )
+        alarm = GLib.timeout_add(PATIENCE_MS, loop.quit)
+        loop.run()
+        Gio.bus_unwatch_name(watch)
+        if not heard:
+            raise AssertionError(f"waited in vain for {name} to be {'there' if present else 'gone'}")
+        GLib.source_remove(alarm)
+
+    def stop(self):
+        if not self.connection.is_closed():
+            self.connection.close_sync(None)
+        self.process.terminate()
+        self.process.wait()
+        self.process.stdout.close()
+
+
+class Daemon:
+    """A process that owns a name on a bus."""
+
+    def __init__(self, bus, name, path, command, environment):
+        self.bus = bus
+        self.name = name
+        self.path = path
+        self.process = subprocess.Popen(
+            command, env=environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL
+        )
+        bus.wait_for(name)
+
+    def call(self, interface, method, arguments=None, path=None):
+        return self.bus.call(self.name, path or self.path, interface, method, arguments)
+
+    def mock(self, method, arguments, path=None):
+        return self.call(MOCK, method, arguments, path)
+
+    def answer(self, interface, method, signature, code, path=None):
+        """From now on the method runs the code, whose `ret` is its reply of that signature."""
+        self.mock("AddMethod", GLib.Variant("(sssss)", (interface, method, "", signature, code)), path)
+
+    def hang(self):
+        """It keeps its name and answers nobody."""
+        self.process.send_signal(signal.SIGSTOP)
+
+    def wake(self):
+        self.process.send_signal(signal.SIGCONT)
+
+    def stop(self):
+        if self.process.poll() is None:
+            self.process.kill()
+            self.process.wait()
+
+
+class MachineTest(support.PhoneTest):
+    """A test on a machine with two buses and no daemons on them."""
+
+    def setUp(self):
+        super().setUp()
+        self.system = self.start_bus("system")
+        self.session = self.start_bus("session")
+        runtime = self.folder / "runtime"
+        runtime.mkdir(mode=0o700)
+        self.environment.update(
+            DBUS_SYSTEM_BUS_ADDRESS=self.system.address,
+            DBUS_SESSION_BUS_ADDRESS=self.session.address,
+            XDG_RUNTIME_DIR=str(runtime),
+            XDG_CONFIG_HOME=str(self.folder / "config"),
+            XDG_DATA_DIRS=str(self.folder / "share"),
+        )
+
+    def start_bus(self, name):
+        bus = Bus(self.folder, name)
+        self.addCleanup(bus.stop)
+        return bus
+
+    def start_daemon(self, bus, name, path, command):
+        environment = {name: value for name, value in self.environment.items() if not name.startswith("LSAN")}
+        daemon = Daemon(bus, name, path, command, environment)
+        self.addCleanup(daemon.stop)
+        return daemon
+
+    def mock_template(self, template, name, path):
+        return self.start_daemon(self.system, name, path, [python_path(), "-m", "dbusmock", "--template", template])
+
+    def mock_daemon(self, bus, name, path, interface):
+        """A daemon that has no methods yet."""
+        kind = ["--system"] if bus is self.system else []
+        return self.start_daemon(
+            bus, name, path, [python_path(), "-m", "dbusmock", *kind, name, path, interface]
+        )
+
+    def on_linux(self):
+        """A session with the driver on this machine."""
+        return self.drive("--phone", "linux")
