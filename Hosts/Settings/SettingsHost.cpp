@@ -192,7 +192,7 @@ void SettingsHost::didPresent(const std::shared_ptr<UIViewController>& controlle
 {
     QStringList photos;
     if (dynamic_cast<const UIImagePickerController*>(controller.get())) {
-        for (const std::string& photo : _session->demoPhone().photos())
+        for (const std::string& photo : _session->photos())
             photos.push_back(QString::fromStdString(photo));
     }
     _sheet = std::make_shared<SheetModel>(controller, photos, *this);

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-/// Looks icons up as the freedesktop icon theme specification says: in the theme, in those it inherits from, in
+/// Looks icons up as freedesktop desktops do: in the theme, in those it inherits from, in
 /// hicolor, and outside of themes; in each, the directory of the size before the one that is nearest to it.
 class IconTheme {
 public:

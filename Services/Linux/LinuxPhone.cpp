@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QGuiApplication>
 
+#include <clocale>
 #include <iostream>
 
 namespace {
@@ -41,7 +42,10 @@ std::unique_ptr<QCoreApplication> windowlessApplication()
     static char platform[] = "offscreen";
     static char* words[] = { program, option, platform, nullptr };
     static int count = 3;
-    return std::make_unique<QGuiApplication>(count, words);
+    auto application = std::make_unique<QGuiApplication>(count, words);
+    // It has taken the user's locale over; numbers are read and written as before.
+    std::setlocale(LC_NUMERIC, "C");
+    return application;
 }
 
 LinuxPhone::LinuxPhone(HostPath hostPath)
