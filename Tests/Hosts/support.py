@@ -303,7 +303,7 @@ class PhoneTest(unittest.TestCase):
     # The bundle
 
     def place_bundle(self):
-        """Puts a copy of the bundle, whose files a test may change, on the phone, in place of a link to the real one."""
+        """Puts a copy of the bundle, whose files a test may change, on the phone; a link to the real one goes."""
         if self.bundle.is_symlink():
             self.bundle.unlink()
         if not self.bundle.exists():
@@ -319,7 +319,7 @@ class PhoneTest(unittest.TestCase):
     # The driver
 
     def command(self, *words):
-        return [TANDEM, "--root", str(self.root), *map(str, words)]
+        return [TANDEM, "--phone", "demo", "--root", str(self.root), *map(str, words)]
 
     def run_tandem(self, *words, **options):
         """Runs a command to its end: (exit code, standard output, standard error)."""

@@ -14,7 +14,7 @@ from support import (
     strict_loads,
 )
 
-COMMANDS = "show, set, tap, check, drive, help and version"
+COMMANDS = "show, set, tap, check, watch, drive, help and version"
 PAGES = "root, calls, messages, bluetooth, sims and misc"
 MORE = " (tandem help tells more)"
 
@@ -79,12 +79,12 @@ class WrongUsage(PhoneTest):
         self.assertEqual([path.name for path in self.folder.iterdir()], ["packages"])
 
     def test_no_command(self):
-        message = "a command is missing: show, set, tap, check, drive, help or version"
+        message = "a command is missing: show, set, tap, check, watch, drive, help or version"
         for words in ((), ("--json",), ("--root", "x"), ("--no-provision", "--phone=demo"), ("--",)):
             self.assert_wrong(message, *words)
 
     def test_unknown_command(self):
-        for word in ("nope", "SHOW", "-h", "", "watch", "show calls"):
+        for word in ("nope", "SHOW", "-h", "", "watching", "show calls"):
             self.assert_wrong(f"unknown command {word}; the commands are {COMMANDS}", word)
         self.assert_wrong(f"unknown command --help; the commands are {COMMANDS}", "--", "--help")
 
@@ -96,7 +96,7 @@ class WrongUsage(PhoneTest):
                 )
 
     def test_option_without_its_value(self):
-        for option, meaning in (("--phone", "demo or the file of a phone"), ("--root", "a directory")):
+        for option, meaning in (("--phone", "demo, linux or the file of a phone"), ("--root", "a directory")):
             for words in ((option,), ("show", option), (f"{option}=", "show"), (option, "", "show")):
                 self.assert_wrong(f"{option} must be followed by {meaning}", *words)
 
@@ -120,7 +120,7 @@ class WrongUsage(PhoneTest):
             self.assert_wrong(f"too many words after {command}; right is: tandem {right}", command, *["root"] * given)
 
     def test_json_with_another_command(self):
-        for line in ("set calls 1 on", "tap calls 1", "check", "drive", "help", "version"):
+        for line in ("set calls 1 on", "tap calls 1", "check", "watch", "drive", "help", "version"):
             self.assert_wrong("--json goes with show alone", *line.split(), "--json")
             self.assert_wrong("--json goes with show alone", "--json", *line.split())
 
@@ -139,12 +139,13 @@ class WrongUsage(PhoneTest):
 
 class HelpAndVersion(PhoneTest):
     HELP = """\
-usage: tandem [--phone demo|FILE] [--root DIR] [--no-provision] COMMAND
+usage: tandem [--phone demo|linux|FILE] [--root DIR] [--no-provision] COMMAND
 
   show [PAGE] [--json]   the page as it stands: its rows, their values, the footers
   set PAGE ROW VALUE     as if the control of the row was moved; prints what happened
   tap PAGE ROW           as if the row was tapped; prints what happened
   check                  the page definitions held against the layout rules; exit 1 if a rule is broken
+  watch [NAME...]        the notifications of those names, or all, as they arrive on this machine
   drive                  one JSON request a line on standard input, one JSON reply a line on standard output
   version                the version of this program
 
@@ -326,10 +327,20 @@ class Tap(PhoneTest):
         )
 
 
+class Watch(PhoneTest):
+    def test_no_bus(self):
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.folder / 'no-bus'}"
+        for names in ((), ("com.vexil.tandem.changed",)):
+            self.assertEqual(
+                self.run_tandem("watch", *names), (1, "", "tandem: there is no session bus, or it went away\n")
+            )
+        self.assertFalse(self.root.exists())
+
+
 class WhereTheFilesLie(PhoneTest):
     def run_without_root(self, *words, **environment):
         done = subprocess.run(
-            [TANDEM, *words], env={**self.environment, **environment}, capture_output=True, cwd=self.folder
+            [TANDEM, "--phone=demo", *words], env={**self.environment, **environment}, capture_output=True, cwd=self.folder
         )
         return done.returncode, done.stderr
 
