@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 NS_IMPLEMENTATION(VXMiscSettingsViewController, NS_METHOD(hasCustomNavigationBarColor),
     NS_METHOD(customNavigationBarColor), NS_METHOD(twitterMessage), NS_METHOD(twitterImage),
@@ -89,9 +90,16 @@ void VXMiscSettingsViewController::viewDidLoad()
     navigationItem().rightBarButtonItem->setAccessibilityLabel(translated("Share"));
 }
 
+void VXMiscSettingsViewController::viewDidAppear()
+{
+    Super::viewDidAppear();
+    if (!std::exchange(_hasAppeared, true))
+        rowsWereBuilt();
+}
+
 void VXMiscSettingsViewController::rowsWereBuilt()
 {
-    const Row footer = copyRightSpecifier();
+    const Row footer = _hasAppeared ? copyRightSpecifier() : nullptr;
     if (!footer)
         return;
     if (!_footerText)

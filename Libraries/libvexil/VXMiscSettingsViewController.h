@@ -18,7 +18,7 @@ public:
     virtual std::shared_ptr<UIImage> twitterImage() = 0;
     /// The group that carries the footer; null for a page without one.
     virtual Row copyRightSpecifier() = 0;
-    /// The footer's text in that year. Asked once a page, when its rows are first built.
+    /// The footer's text in that year. Asked once a page, when it stands on the screen.
     virtual std::string copryRightSpecifierText(long year) = 0;
 
     // Hooks that a page may answer.
@@ -48,6 +48,7 @@ public:
     // PSListController
     const Rows& specifiers() override;
     void viewDidLoad() override;
+    void viewDidAppear() override;
 
 protected:
     void rowsWereBuilt() override;
@@ -60,6 +61,8 @@ private:
     void sendMaskedLog(const std::string& log, const std::string& text);
     void sendLogFile(const std::string& file);
 
-    /// Kept for the rebuilds of the page, because asking for the version costs a process each time.
+    /// The footer waits for this, because asking for the version starts a process.
+    bool _hasAppeared = false;
+    /// Kept for the rebuilds of the page for the same reason.
     std::optional<std::string> _footerText;
 };

@@ -97,6 +97,7 @@ void UINavigationController::pushViewController_animated(
     }
     if (told)
         told->didPush(controller);
+    pageCameOnTop();
 }
 
 std::shared_ptr<UIViewController> UINavigationController::popViewControllerAnimated(bool /*animated*/)
@@ -109,5 +110,19 @@ std::shared_ptr<UIViewController> UINavigationController::popViewControllerAnima
         told->didPop(popped);
     popped->setNavigationController(nullptr);
     _stack.back()->viewWillAppear();
+    pageCameOnTop();
     return popped;
+}
+
+void UINavigationController::pageCameOnTop()
+{
+    const auto told = observer();
+    if (!told || !told->showsPagesLater())
+        topPageIsShown();
+}
+
+void UINavigationController::topPageIsShown()
+{
+    if (const auto page = topViewController())
+        page->viewDidAppear();
 }

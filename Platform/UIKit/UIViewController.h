@@ -60,6 +60,8 @@ public:
     virtual void viewDidLoad() { }
     /// Called each time the page comes on top.
     virtual void viewWillAppear() { }
+    /// Called each time the page stands on the screen: for what takes too long to keep the user waiting before.
+    virtual void viewDidAppear() { }
     /// The system's appearance has changed while the page was there.
     virtual void traitCollectionDidChange() { }
     void loadViewIfNeeded();
@@ -92,6 +94,9 @@ private:
 class UIPresentationObserver {
 public:
     virtual ~UIPresentationObserver() = default;
+    /// True for an observer with a screen, which calls `topPageIsShown` when the page is there. For others a page is
+    /// shown as soon as it is on top.
+    virtual bool showsPagesLater() const { return false; }
     virtual void willPush(const std::shared_ptr<UIViewController>& /*page*/) { }
     virtual void didPush(const std::shared_ptr<UIViewController>& /*page*/) { }
     virtual void didPop(const std::shared_ptr<UIViewController>& /*page*/) { }
@@ -112,11 +117,15 @@ public:
     void pushViewController_animated(const std::shared_ptr<UIViewController>& controller, bool animated);
     /// The page that was taken off; null when only the first one is there.
     std::shared_ptr<UIViewController> popViewControllerAnimated(bool animated);
+    /// The page on top stands on the screen from now on.
+    void topPageIsShown();
     const std::vector<std::shared_ptr<UIViewController>>& viewControllers() const { return _stack; }
     /// Null when the stack is empty.
     std::shared_ptr<UIViewController> topViewController() const { return _stack.empty() ? nullptr : _stack.back(); }
 
 private:
+    void pageCameOnTop();
+
     std::weak_ptr<UIPresentationObserver> _observer;
     std::vector<std::shared_ptr<UIViewController>> _stack;
 };

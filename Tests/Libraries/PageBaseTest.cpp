@@ -142,6 +142,19 @@ TEST_F(PageBase, AsksForTheFooterOnceAndShowsItAfterEveryReload)
     EXPECT_EQ(page->yearsAsked.size(), 1U);
 }
 
+TEST_F(PageBase, AsksForTheFooterWhenThePageStandsOnTheScreen)
+{
+    screen->showsLater = true;
+    open(page);
+    page->reloadSpecifiers();
+    EXPECT_EQ(footer(), Value());
+    EXPECT_EQ(page->yearsAsked, std::vector<long> {});
+    navigation->topPageIsShown();
+    EXPECT_EQ(footer(), Value("footer 1"));
+    navigation->topPageIsShown();
+    EXPECT_EQ(page->yearsAsked.size(), 1U);
+}
+
 TEST_F(PageBase, ShowsAFooterThatComesWithAReload)
 {
     phone.writePage("Page", plainItems({ "row" }));

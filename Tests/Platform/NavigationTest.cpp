@@ -22,6 +22,7 @@ public:
         if (onAppear)
             onAppear();
     }
+    void viewDidAppear() override { calls.emplace_back("shown"); }
     void backButtonAction(const std::shared_ptr<UIBarButtonItem>& sender)
     {
         calls.push_back(sender ? "back" : "back from nobody");
@@ -79,7 +80,7 @@ TEST_F(Navigation, PushLoadsAndShowsAPage)
     const auto page = push();
     EXPECT_EQ(navigation->topViewController(), page);
     EXPECT_EQ(page->navigationController(), navigation);
-    EXPECT_EQ(page->calls, (Strings { "load", "appear" }));
+    EXPECT_EQ(page->calls, (Strings { "load", "appear", "shown" }));
     EXPECT_EQ(takeLines(), Strings { "push Page" });
 }
 
@@ -88,7 +89,26 @@ TEST_F(Navigation, PushPutsThePageOnTheStackBeforeItLoads)
     const auto page = std::make_shared<Page>();
     page->onLoad = [&] { EXPECT_EQ(navigation->topViewController(), page); };
     navigation->pushViewController_animated(page, true);
-    EXPECT_EQ(page->calls.size(), 2U);
+    EXPECT_EQ(page->calls, (Strings { "load", "appear", "shown" }));
+}
+
+TEST_F(Navigation, ObserverWithAScreenSaysWhenThePageOnTopIsShown)
+{
+    screen->showsLater = true;
+    const auto first = push();
+    EXPECT_EQ(first->calls, (Strings { "load", "appear" }));
+    navigation->topPageIsShown();
+    EXPECT_EQ(first->calls, (Strings { "load", "appear", "shown" }));
+    const auto second = push();
+    navigation->popViewControllerAnimated(true);
+    EXPECT_EQ(second->calls, (Strings { "load", "appear" }));
+    EXPECT_EQ(first->calls, (Strings { "load", "appear", "shown", "appear" }));
+}
+
+TEST_F(Navigation, NoPageOnTopIsNotShown)
+{
+    navigation->topPageIsShown();
+    EXPECT_EQ(navigation->topViewController(), nullptr);
 }
 
 TEST_F(Navigation, PushOfNothingDoesNothing)
@@ -116,8 +136,8 @@ TEST_F(Navigation, PopShowsThePageBelowAndDoesNotLoadItAgain)
     takeLines();
     EXPECT_EQ(navigation->popViewControllerAnimated(true), second);
     EXPECT_EQ(navigation->topViewController(), first);
-    EXPECT_EQ(first->calls, (Strings { "load", "appear", "appear" }));
-    EXPECT_EQ(second->calls, (Strings { "load", "appear" }));
+    EXPECT_EQ(first->calls, (Strings { "load", "appear", "shown", "appear", "shown" }));
+    EXPECT_EQ(second->calls, (Strings { "load", "appear", "shown" }));
     EXPECT_EQ(takeLines(), Strings { "pop Page" });
 }
 
@@ -162,7 +182,7 @@ TEST_F(Navigation, PageThatRaisedWhileItLoadedIsLoadedWhenItIsPushedAgain)
     EXPECT_THROW(navigation->pushViewController_animated(page, true), std::out_of_range);
     page->onLoad = nullptr;
     navigation->pushViewController_animated(page, true);
-    EXPECT_EQ(page->calls, (Strings { "load", "load", "appear" }));
+    EXPECT_EQ(page->calls, (Strings { "load", "load", "appear", "shown" }));
     EXPECT_EQ(navigation->topViewController(), page);
 }
 

@@ -34,7 +34,10 @@ class ScreenRecorder final : public UIPresentationObserver,
                              public std::enable_shared_from_this<ScreenRecorder> {
 public:
     std::vector<std::string> lines;
+    /// As a host with a window: pages are shown when the test says so.
+    bool showsLater = false;
 
+    bool showsPagesLater() const override { return showsLater; }
     void willPush(const std::shared_ptr<UIViewController>& page) override;
     void didPush(const std::shared_ptr<UIViewController>& page) override;
     void didPop(const std::shared_ptr<UIViewController>& page) override;
