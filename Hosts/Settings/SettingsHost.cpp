@@ -167,6 +167,15 @@ QImage SettingsHost::photo(const QString& file) const
     return image ? imageOf(*image) : QImage();
 }
 
+void SettingsHost::pageIsShown()
+{
+    PageModel* page = topPage();
+    if (!page || !std::exchange(_hasNewPage, false))
+        return;
+    turn([this] { _session->navigation().topPageIsShown(); });
+    page->refresh();
+}
+
 void SettingsHost::willPush(const std::shared_ptr<UIViewController>& page)
 {
     const auto& stack = _session->navigation().viewControllers();
@@ -181,11 +190,13 @@ void SettingsHost::didPush(const std::shared_ptr<UIViewController>& /*page*/)
     const auto page = std::exchange(_coming, nullptr);
     page->pageDidLoad();
     _pages.push(page);
+    _hasNewPage = true;
 }
 
 void SettingsHost::didPop(const std::shared_ptr<UIViewController>& page)
 {
     _pages.pop(*page);
+    _hasNewPage = true;
 }
 
 void SettingsHost::didPresent(const std::shared_ptr<UIViewController>& controller)

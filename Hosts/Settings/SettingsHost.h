@@ -46,12 +46,15 @@ public:
     Q_INVOKABLE void goBack();
     /// Goes back to the first page without a word to the user, as between two pictures.
     void returnToFirstPage();
+    /// The page on top stands on the screen. Pages do what takes its time from here on.
+    void pageIsShown();
     /// The duration of the last fade that a page asked for.
     double lastFadeSeconds() const { return _fadeSeconds; }
     /// A picture of the library, upright; a null image when it cannot be shown.
     QImage photo(const QString& file) const;
 
     // UIPresentationObserver
+    bool showsPagesLater() const override { return true; }
     void willPush(const std::shared_ptr<UIViewController>& page) override;
     void didPush(const std::shared_ptr<UIViewController>& page) override;
     void didPop(const std::shared_ptr<UIViewController>& page) override;
@@ -81,6 +84,8 @@ private:
     /// Sheets that were taken down, kept while the window may still be moving them away.
     std::vector<std::shared_ptr<SheetModel>> _goneSheets;
     QFileSystemWatcher _watcher;
+    /// The page on top has not been on the screen yet.
+    bool _hasNewPage = false;
     double _fadeSeconds = 0;
     bool _inTurn = false;
 };
