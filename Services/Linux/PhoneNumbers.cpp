@@ -1,25 +1,36 @@
 #include "Linux/PhoneNumbers.h"
 
-#include <phonenumbers/phonenumberutil.h>
+#include "Linux/PhoneNumberModule.h"
+#include "Phone/Phone.h"
+
+#include <dlfcn.h>
+#include <filesystem>
 
 namespace {
 
-using i18n::phonenumbers::PhoneNumber;
-using i18n::phonenumbers::PhoneNumberUtil;
+using Formatter = decltype(&tandemFormatPhoneNumber);
 
-constexpr const char* unknownRegion = "ZZ";
+constexpr const char* moduleName = "libtandem-phonenumbers.so";
+constexpr const char* formatterName = "tandemFormatPhoneNumber";
+
+/// The module lies beside the platform's library, built or installed. Null where it is missing.
+Formatter loadedFormatter()
+{
+    Dl_info platform {};
+    if (!dladdr(reinterpret_cast<const void*>(&Phone::current), &platform) || !platform.dli_fname)
+        return nullptr;
+    const auto file = std::filesystem::path(platform.dli_fname).replace_filename(moduleName);
+    void* module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+    return module ? reinterpret_cast<Formatter>(dlsym(module, formatterName)) : nullptr;
+}
 
 } // namespace
 
 std::string formattedPhoneNumber(const std::string& number, const std::string& region)
 {
-    const PhoneNumberUtil& rules = *PhoneNumberUtil::GetInstance();
-    PhoneNumber parsed;
-    const auto failure = rules.Parse(number, region.empty() ? unknownRegion : region, &parsed);
-    if (failure != PhoneNumberUtil::NO_PARSING_ERROR || !rules.IsPossibleNumber(parsed))
-        return number;
-    std::string formatted;
-    rules.Format(
-        parsed, number.starts_with('+') ? PhoneNumberUtil::INTERNATIONAL : PhoneNumberUtil::NATIONAL, &formatted);
+    static const Formatter format = loadedFormatter();
+    std::string formatted = number;
+    if (format)
+        format(number, region, formatted);
     return formatted;
 }
