@@ -21,10 +21,11 @@ constexpr int opaqueAlpha = 255;
 Value encodeImage(NSObject& object)
 {
     auto& image = static_cast<UIImage&>(object);
-    auto png = UIImagePNGRepresentation(image.self());
-    if (!png)
+    // A picture that came from a file is archived as that file, which costs nothing and loses nothing.
+    auto data = image.encoded().empty() ? UIImagePNGRepresentation(image.self()) : std::optional(image.encoded());
+    if (!data)
         return {};
-    return Dictionary { { archivedDataField, std::move(*png) }, { archivedScaleField, image.scale() } };
+    return Dictionary { { archivedDataField, std::move(*data) }, { archivedScaleField, image.scale() } };
 }
 
 std::shared_ptr<NSObject> decodeImage(const Dictionary& fields)
