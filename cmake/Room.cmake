@@ -5,6 +5,9 @@ add_library(TandemOptions INTERFACE)
 target_compile_options(TandemOptions INTERFACE -Wall -Wextra -Wpedantic -Werror -Wnon-virtual-dtor -Woverloaded-virtual)
 # GCC 12 sees overlaps in std::string's own copying that cannot be there (its bug 105651).
 target_compile_options(TandemOptions INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+# What is inline need not be looked up by name when the program starts.
+target_compile_options(TandemOptions INTERFACE -fvisibility-inlines-hidden)
+target_link_options(TandemOptions INTERFACE -Wl,-Bsymbolic-functions)
 if(TANDEM_SANITIZE)
     # The sanitizers' own code between the lines makes GCC see values that are never set.
     target_compile_options(TandemOptions INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)

@@ -1,6 +1,6 @@
 #include "SettingsWindow.h"
 
-#include <QQmlEngine>
+#include <QQmlComponent>
 #include <QQuickItem>
 
 // The types that QML sees are registered by a function that the build writes; called by name, so that it is linked.
@@ -16,18 +16,32 @@ const QUrl mainFile(QStringLiteral("qrc:/Tandem/Settings/Main.qml"));
 
 } // namespace
 
-SettingsWindow::SettingsWindow(std::shared_ptr<SettingsHost> host)
-    : _host(std::move(host))
+std::unique_ptr<QQmlEngine> SettingsWindow::loadingEngine()
 {
     qml_register_types_Tandem_Settings();
+    auto engine = std::make_unique<QQmlEngine>();
+    engine->addImportPath(QStringLiteral("qrc:/"));
+    // What it loads stays in the engine for the window; the component itself goes with the engine.
+    new QQmlComponent(engine.get(), mainFile, QQmlComponent::Asynchronous, engine.get());
+    return engine;
+}
+
+SettingsWindow::SettingsWindow(std::shared_ptr<SettingsHost> host, std::unique_ptr<QQmlEngine> engine)
+    : QQuickView(engine.get(), nullptr)
+    , _host(std::move(host))
+{
+    // Goes after all that lives in it.
+    engine.release()->setParent(this);
     QQmlEngine::setObjectOwnership(_host.get(), QQmlEngine::CppOwnership);
-    engine()->addImportPath(QStringLiteral("qrc:/"));
+    connect(this, &QQuickWindow::frameSwapped, _host.get(), &SettingsHost::pageIsShown, Qt::QueuedConnection);
     setTitle(QStringLiteral("Pairo"));
     setResizeMode(SizeRootObjectToView);
     setMinimumSize({ smallestWidth, smallestHeight });
     resize(firstWidth, firstHeight);
     setColor(_host->theme()->pageColor());
-    setInitialProperties({ { QStringLiteral("host"), QVariant::fromValue(_host.get()) } });
+    // With its size from the start, the page is laid out once.
+    setInitialProperties({ { QStringLiteral("host"), QVariant::fromValue(_host.get()) },
+        { QStringLiteral("width"), firstWidth }, { QStringLiteral("height"), firstHeight } });
     setSource(mainFile);
 }
 

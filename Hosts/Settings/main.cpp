@@ -2,17 +2,21 @@
 #include "SettingsWindow.h"
 #include "WindowOptions.h"
 
+#include <QFontDatabase>
 #include <QGuiApplication>
+#include <QImageReader>
 #include <QLocale>
 #include <QTemporaryDir>
 #include <QTimer>
 
 #include <cstdio>
+#include <thread>
 
 namespace {
 
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
+constexpr double usualPoints = 17;
 constexpr double usualDpi = 96;
 /// Pictures have so many pixels a point.
 constexpr const char* pictureScale = "2";
@@ -40,12 +44,19 @@ std::unique_ptr<Theme> themeFor(const WindowOptions& options)
     return theme;
 }
 
+void endAtFirstFrame()
+{
+    std::puts("frame");
+    std::fflush(stdout);
+    QGuiApplication::quit();
+}
+
 int showWindow(SettingsWindow& window, const WindowOptions& options)
 {
     if (options.dark)
         window.host().setDark(true);
     if (options.untilFirstFrame)
-        QObject::connect(&window, &QQuickWindow::frameSwapped, qGuiApp, &QGuiApplication::quit, Qt::QueuedConnection);
+        QObject::connect(&window, &QQuickWindow::frameSwapped, qGuiApp, endAtFirstFrame);
     window.show();
     // After the first frame, as nothing of it waits for this.
     QTimer::singleShot(0, &window, [&window] { window.host().startFollowing(); });
@@ -90,12 +101,21 @@ int main(int argumentCount, char** arguments)
     QGuiApplication::setApplicationName(QStringLiteral("tandem-settings"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Pairo"));
 
+    // Fonts, kinds of pictures and the window's files are looked up beside this thread while it opens the phone.
+    const std::jthread lookingUp([] {
+        QImageReader::supportedImageFormats();
+        QFontDatabase::families();
+    });
+    auto engine = SettingsWindow::loadingEngine();
+    auto theme = themeFor(*options);
+    // A text is made with this font before it gets its own; so no other family is ever loaded for it.
+    QGuiApplication::setFont(theme->font(usualPoints));
     const QTemporaryDir scratch;
     std::string reason;
-    const auto host = SettingsHost::open(hostOptions(*options, scratch), themeFor(*options), nullptr, reason);
+    const auto host = SettingsHost::open(hostOptions(*options, scratch), std::move(theme), nullptr, reason);
     if (!host)
         return fail(QString::fromStdString(reason), exitFailure);
-    SettingsWindow window(host);
+    SettingsWindow window(host, std::move(engine));
     if (window.status() == QQuickView::Error)
         return fail(QStringLiteral("the window cannot be made"), exitFailure);
     return options->pictures ? writePictures(window, *options) : showWindow(window, *options);
