@@ -23,7 +23,19 @@ void collect(QQuickItem* below, std::vector<PageRowItem*>& items)
         collect(child, items);
 }
 
-/// Has every window show a frame. Items take their places when one is made.
+QQuickItem* enabledList(QQuickItem* below)
+{
+    if (below->inherits("QQuickListView") && below->isEnabled() && below->isVisible())
+        return below;
+    for (QQuickItem* child : below->childItems()) {
+        if (QQuickItem* found = enabledList(child))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
 void showFrames()
 {
     for (QWindow* window : QGuiApplication::topLevelWindows()) {
@@ -37,19 +49,6 @@ void showFrames()
         waiting.exec();
     }
 }
-
-QQuickItem* enabledList(QQuickItem* below)
-{
-    if (below->inherits("QQuickListView") && below->isEnabled() && below->isVisible())
-        return below;
-    for (QQuickItem* child : below->childItems()) {
-        if (QQuickItem* found = enabledList(child))
-            return found;
-    }
-    return nullptr;
-}
-
-} // namespace
 
 Driver::Driver(const QString& root)
 {
@@ -95,6 +94,8 @@ void WindowTest::openWindow(Motion motion)
     _events = std::make_shared<EventLog>();
     HostOptions options;
     options.root = _root.path().toStdString();
+    if (!_phone.empty())
+        options.phone = _phone;
     auto theme = std::make_unique<Theme>();
     theme->setAnimated(motion == Motion::Shown);
     std::string error;

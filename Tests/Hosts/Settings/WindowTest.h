@@ -47,6 +47,8 @@ protected:
     std::vector<std::string> takePosted();
 
     QTemporaryDir _root;
+    /// The demo phone's file; empty for the phone that comes with the program.
+    std::string _phone;
     std::shared_ptr<EventLog> _events;
     std::shared_ptr<Witness> _witness;
     std::unique_ptr<SettingsWindow> _window;
@@ -54,6 +56,9 @@ protected:
 
 /// The names of the notifications among events.
 std::vector<std::string> notificationsAmong(const Json& events);
+
+/// Has every window show a frame. Items take their places when one is made, and fingers are heard once for each.
+void showFrames();
 
 /// Has the window do all that waits to be done.
 void settle();
