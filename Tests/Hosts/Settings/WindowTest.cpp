@@ -34,6 +34,12 @@ QQuickItem* enabledList(QQuickItem* below)
     return nullptr;
 }
 
+void failOnWarning(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    if (type != QtDebugMsg && type != QtInfoMsg)
+        ADD_FAILURE() << message.toStdString();
+}
+
 } // namespace
 
 void showFrames()
@@ -82,9 +88,16 @@ void settle()
     }
 }
 
+WindowTest::WindowTest()
+{
+    EXPECT_TRUE(_root.isValid());
+    qInstallMessageHandler(failOnWarning);
+}
+
 WindowTest::~WindowTest()
 {
     closeWindow();
+    qInstallMessageHandler(nullptr);
     // The phone's services tell the events, which go now.
     Phone::setCurrent({});
 }
