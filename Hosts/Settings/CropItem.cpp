@@ -87,15 +87,20 @@ void CropItem::keepCovered()
     update();
 }
 
-QRectF CropItem::croppedPixels() const
+QRect CropItem::croppedPixels() const
 {
-    const double side = square().width() / pointsPerPixel();
-    return { _middle.x() - side / 2, _middle.y() - side / 2, side, side };
+    // Rounded once for both directions: a square stays one.
+    const double exact = square().width() / pointsPerPixel();
+    const int side = std::clamp(qRound(exact), 1, std::min(_image.width(), _image.height()));
+    const auto start = [&](double middle, int extent) {
+        return std::clamp(qRound(middle - exact / 2), 0, extent - side);
+    };
+    return { start(_middle.x(), _image.width()), start(_middle.y(), _image.height()), side, side };
 }
 
 QImage CropItem::cropped() const
 {
-    return _image.isNull() ? QImage() : _image.copy(croppedPixels().toAlignedRect().intersected(_image.rect()));
+    return _image.isNull() ? QImage() : _image.copy(croppedPixels());
 }
 
 void CropItem::pickInto(SheetModel* sheet) const

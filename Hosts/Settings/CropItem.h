@@ -26,6 +26,8 @@ public:
     /// Enlarges around a point of the item.
     Q_INVOKABLE void zoomBy(double factor, double x, double y);
     Q_INVOKABLE void pickInto(SheetModel* sheet) const;
+    /// Where the square is in the item.
+    QRectF square() const;
     /// What the square shows, in the photo's own pixels.
     QImage cropped() const;
 
@@ -42,10 +44,10 @@ protected:
 
 private:
     void load();
-    QRectF square() const;
     double pointsPerPixel() const;
     void keepCovered();
-    QRectF croppedPixels() const;
+    /// Never asked for without an image.
+    QRect croppedPixels() const;
 
     SettingsHost* _host = nullptr;
     QString _photo;

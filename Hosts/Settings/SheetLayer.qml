@@ -79,9 +79,18 @@ FocusScope {
     }
 
     Rectangle {
+        id: darkness
+
         anchors.fill: parent
         color: "black"
         opacity: layer.shade * layer.raised
+
+        // Only what the sheet leaves free: a tap on the sheet is felt by what lies under it, too.
+        containmentMask: QtObject {
+            function contains(point: point): bool {
+                return !panel.contains(darkness.mapToItem(panel, point));
+            }
+        }
 
         TapHandler {
             enabled: layer.up
@@ -109,10 +118,6 @@ FocusScope {
         opacity: layer.wide ? layer.raised : 1
         width: Math.min(layer.width - 2 * layer.margin, layer.body === null ? 0 : layer.body.preferredWidth)
         y: layer.wide ? (layer.height - panel.height) / 2 : layer.height - (panel.height + layer.margin) * layer.raised
-
-        // What lies under the sheet does not feel the touch.
-        TapHandler {
-        }
 
         Loader {
             id: loader

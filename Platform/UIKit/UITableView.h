@@ -58,7 +58,9 @@ class UITableView final : public UIView {
 public:
     /// Held weakly, as the page owns the table.
     void setDataSource(std::weak_ptr<UITableViewDataSource> source) { _dataSource = std::move(source); }
+    /// Observers are held weakly; there is one at a time, the host.
     void setObserver(std::weak_ptr<UITableViewObserver> observer) { _observer = std::move(observer); }
+    std::shared_ptr<UITableViewObserver> observer() const { return _observer.lock(); }
 
     /// The cell that is on the screen; null when there is none yet.
     std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(NSIndexPath path);

@@ -2,12 +2,15 @@
 
 #include "Shared/SettingsFile.h"
 
+#include <QEventLoop>
 #include <QFile>
 #include <QGuiApplication>
+#include <QTimer>
 
 namespace {
 
-constexpr int settlingRounds = 6;
+constexpr int settlingRounds = 4;
+constexpr int frameMilliseconds = 2000;
 constexpr int driverMilliseconds = 20'000;
 
 void collect(QQuickItem* below, std::vector<PageRowItem*>& items)
@@ -31,7 +34,27 @@ QQuickItem* enabledList(QQuickItem* below)
     return nullptr;
 }
 
+void failOnWarning(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message)
+{
+    if (type != QtDebugMsg && type != QtInfoMsg)
+        ADD_FAILURE() << message.toStdString();
+}
+
 } // namespace
+
+void showFrames()
+{
+    for (QWindow* window : QGuiApplication::topLevelWindows()) {
+        auto* shown = qobject_cast<QQuickWindow*>(window);
+        if (!shown || !shown->isExposed())
+            continue;
+        QEventLoop waiting;
+        QObject::connect(shown, &QQuickWindow::frameSwapped, &waiting, &QEventLoop::quit);
+        QTimer::singleShot(frameMilliseconds, &waiting, &QEventLoop::quit);
+        shown->update();
+        waiting.exec();
+    }
+}
 
 Driver::Driver(const QString& root)
 {
@@ -61,24 +84,43 @@ void settle()
     for (int round = 0; round < settlingRounds; ++round) {
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        showFrames();
     }
+}
+
+WindowTest::WindowTest()
+{
+    EXPECT_TRUE(_root.isValid());
+    qInstallMessageHandler(failOnWarning);
+}
+
+WindowTest::~WindowTest()
+{
+    closeWindow();
+    qInstallMessageHandler(nullptr);
+    // The phone's services tell the events, which go now.
+    Phone::setCurrent({});
 }
 
 void WindowTest::openWindow(Motion motion)
 {
+    _events = std::make_shared<EventLog>();
     HostOptions options;
     options.root = _root.path().toStdString();
+    if (!_phone.empty())
+        options.phone = _phone;
     auto theme = std::make_unique<Theme>();
     theme->setAnimated(motion == Motion::Shown);
     std::string error;
     const auto host = SettingsHost::open(
         options, std::move(theme),
         [this](Phone& phone) {
-            phone.systemLog = nullptr;
-            phone.darwinNotifications = _posted = std::make_shared<PostedNotifications>(phone.darwinNotifications);
+            _events->decorate(phone);
+            _events->observeProcess();
         },
         error);
     ASSERT_TRUE(host) << error;
+    _witness = Witness::standBefore(host, _events);
     _window = std::make_unique<SettingsWindow>(host);
     ASSERT_EQ(_window->status(), QQuickView::Ready);
     _window->resize(375, 667);
@@ -154,4 +196,19 @@ std::vector<std::pair<std::string, Json>> WindowTest::shownRows()
         rows.emplace_back(
             row->identifier().value_or(std::string()), row->isGroup() ? Json() : jsonOf(row->performGetter()));
     return rows;
+}
+
+std::vector<std::string> WindowTest::takePosted()
+{
+    return notificationsAmong(_events->take());
+}
+
+std::vector<std::string> notificationsAmong(const Json& events)
+{
+    std::vector<std::string> names;
+    for (const Json& event : events) {
+        if (event["event"] == "notification")
+            names.push_back(event["name"]);
+    }
+    return names;
 }

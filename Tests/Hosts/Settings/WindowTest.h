@@ -1,38 +1,13 @@
 #pragma once
 
-#include "Driver/Json.h"
 #include "PageRowItem.h"
 #include "SettingsWindow.h"
+#include "Witness.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-/// Counts what the pages post, and passes it on.
-class PostedNotifications final : public DarwinNotifications {
-public:
-    explicit PostedNotifications(std::shared_ptr<DarwinNotifications> next)
-        : _next(std::move(next))
-    {
-    }
-    const std::vector<std::string>& names() const { return _names; }
-
-    // DarwinNotifications
-    void post(const std::string& name) override
-    {
-        _names.push_back(name);
-        _next->post(name);
-    }
-    void addObserver(const std::string& name, Handler handler) override
-    {
-        _next->addObserver(name, std::move(handler));
-    }
-
-private:
-    std::shared_ptr<DarwinNotifications> _next;
-    std::vector<std::string> _names;
-};
 
 /// The driver, another process on a phone of its own, to which the same is done.
 class Driver {
@@ -45,12 +20,13 @@ private:
     QProcess _process;
 };
 
-/// A window over a demo phone in a folder of its own.
+/// A window over a demo phone in a folder of its own. A warning of the toolkit fails the test.
 class WindowTest : public testing::Test {
 protected:
     enum class Motion { Shown, Reduced };
 
-    WindowTest() { EXPECT_TRUE(_root.isValid()); }
+    WindowTest();
+    ~WindowTest() override;
 
     void openWindow(Motion motion = Motion::Reduced);
     void closeWindow() { _window.reset(); }
@@ -67,11 +43,22 @@ protected:
     QString settingsFile(const QString& root) const;
     QByteArray settings(const QString& root) const;
     std::vector<std::pair<std::string, Json>> shownRows();
+    /// What was posted to the system since the events were last taken, which are taken by this.
+    std::vector<std::string> takePosted();
 
     QTemporaryDir _root;
-    std::shared_ptr<PostedNotifications> _posted;
+    /// The demo phone's file; empty for the phone that comes with the program.
+    std::string _phone;
+    std::shared_ptr<EventLog> _events;
+    std::shared_ptr<Witness> _witness;
     std::unique_ptr<SettingsWindow> _window;
 };
+
+/// The names of the notifications among events.
+std::vector<std::string> notificationsAmong(const Json& events);
+
+/// Has every window show a frame. Items take their places when one is made, and fingers are heard once for each.
+void showFrames();
 
 /// Has the window do all that waits to be done.
 void settle();
