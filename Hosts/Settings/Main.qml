@@ -23,12 +23,24 @@ FocusScope {
         host: main.host
     }
 
-    SheetLayer {
+    Loader {
         id: sheets
+
+        readonly property bool up: main.host.sheet !== null
+
+        // Not before the first sheet is wanted.
+        function load() {
+            if (sheets.up && sheets.status === Loader.Null)
+                sheets.setSource("SheetLayer.qml", {
+                        "host": main.host
+                    });
+        }
 
         anchors.fill: parent
         focus: sheets.up
-        host: main.host
+
+        Component.onCompleted: sheets.load()
+        onUpChanged: sheets.load()
     }
 
     Shortcut {

@@ -50,7 +50,8 @@ FocusScope {
         anchors.verticalCenter: parent.verticalCenter
         color: bar.ink
         elide: Text.ElideRight
-        font: bar.theme.font(17, true)
+        // A page with a picture in the place of its title does not load the bold font for nothing.
+        font: bar.theme.font(17, title.visible)
         // The bar has one line; a long title at a large text size is drawn smaller rather than cut.
         fontSizeMode: Text.HorizontalFit
         horizontalAlignment: Text.AlignHCenter

@@ -52,6 +52,7 @@ FocusScope {
             loader.setSource("");
     }
 
+    focus: true
     visible: layer.up || layer.raised > 0
 
     Component.onCompleted: {

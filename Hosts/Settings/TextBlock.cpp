@@ -2,16 +2,21 @@
 
 #include "Picture.h"
 
+#include <QCache>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QTextLayout>
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <utility>
 
 namespace {
 
 constexpr double unlimitedWidth = 1e6;
+/// As many characters of broken texts are kept, which is more than a window shows.
+constexpr int keptCharacters = 40'000;
 
 double lineHeightOf(const QFont& font)
 {
@@ -39,6 +44,61 @@ double breakIntoLines(QTextLayout& layout, double width, double lineHeight)
     }
     layout.endLayout();
     return widest;
+}
+
+/// A text broken into lines within a width, each from the left.
+struct BrokenText {
+    std::unique_ptr<QTextLayout> layout;
+    double width = 0;
+    double widest = 0;
+    double lineHeight = 0;
+
+    /// Whether the lines would be the same within that width: what fits still does, and nothing more did before.
+    bool isBrokenAsWithin(double other) const
+    {
+        return other == width || (other >= widest && (other <= width || layout->lineCount() == 1));
+    }
+};
+
+struct TextKey {
+    QString text;
+    QFont font;
+    bool operator==(const TextKey&) const = default;
+};
+
+std::size_t qHash(const TextKey& key, std::size_t seed = 0)
+{
+    return qHashMulti(seed, key.text, key.font);
+}
+
+/// The text's lines within that width. They are kept, as most texts are measured twice and drawn many times; by each
+/// thread for itself, as fonts are.
+std::shared_ptr<const BrokenText> brokenText(const TextKey& key, double width)
+{
+    thread_local QCache<TextKey, std::shared_ptr<const BrokenText>> kept { keptCharacters };
+    const double within = width > 0 ? width : unlimitedWidth;
+    if (const auto* known = kept.object(key); known && (*known)->isBrokenAsWithin(within))
+        return *known;
+    auto fresh = std::make_shared<BrokenText>();
+    fresh->layout = std::make_unique<QTextLayout>(key.text, key.font);
+    fresh->layout->setTextOption(breaking(Qt::AlignLeft));
+    fresh->width = within;
+    fresh->lineHeight = lineHeightOf(key.font);
+    fresh->widest = breakIntoLines(*fresh->layout, within, fresh->lineHeight);
+    kept.insert(key, new std::shared_ptr<const BrokenText>(fresh), static_cast<int>(key.text.size()) + 1);
+    return fresh;
+}
+
+void drawLines(QPainter& painter, const BrokenText& text, const QRectF& frame, Qt::Alignment alignment)
+{
+    const double height = text.lineHeight * text.layout->lineCount();
+    const double top = frame.top() + (frame.height() - height) / 2;
+    for (int i = 0; i < text.layout->lineCount(); ++i) {
+        const QTextLine line = text.layout->lineAt(i);
+        const double free = frame.width() - line.naturalTextWidth();
+        const double indent = alignment & Qt::AlignRight ? free : alignment & Qt::AlignHCenter ? free / 2 : 0;
+        line.draw(&painter, { frame.left() + indent, top });
+    }
 }
 
 QString withLineSeparators(QString text)
@@ -164,20 +224,16 @@ private:
 
 QSizeF TextBlock::size(double width) const
 {
-    const double lineHeight = lineHeightOf(font);
-    QTextLayout layout(withLineSeparators(text), font);
-    layout.setTextOption(breaking(Qt::AlignLeft));
-    const double widest = breakIntoLines(layout, width, lineHeight);
-    const long count = lines > 0 ? std::min<long>(lines, layout.lineCount()) : layout.lineCount();
-    return { std::ceil(widest), lineHeight * static_cast<double>(count) };
+    const auto broken = brokenText({ withLineSeparators(text), font }, width);
+    const long all = broken->layout->lineCount();
+    const long count = lines > 0 ? std::min(lines, all) : all;
+    return { std::ceil(broken->widest), broken->lineHeight * static_cast<double>(count) };
 }
 
 void TextBlock::draw(QPainter& painter, const QRectF& frame, Qt::Alignment alignment) const
 {
-    const double lineHeight = lineHeightOf(font);
-    QTextLayout layout(withLineSeparators(text), font);
-    layout.setTextOption(breaking(alignment));
-    breakIntoLines(layout, frame.width(), lineHeight);
+    const auto broken = brokenText({ withLineSeparators(text), font }, frame.width());
+    const QTextLayout& layout = *broken->layout;
     const int most = lines > 0 ? static_cast<int>(lines) : layout.lineCount();
     if (layout.lineCount() > most) {
         const int start = layout.lineAt(most - 1).textStart();
@@ -187,8 +243,7 @@ void TextBlock::draw(QPainter& painter, const QRectF& frame, Qt::Alignment align
             .draw(painter, frame, alignment);
         return;
     }
-    const double height = lineHeight * layout.lineCount();
-    layout.draw(&painter, { frame.left(), frame.top() + (frame.height() - height) / 2 });
+    drawLines(painter, *broken, frame, alignment);
 }
 
 void drawLabel(QPainter& painter, const UILabel& label, const QRectF& frame, const Theme& theme, bool mirrored)
