@@ -4,7 +4,7 @@
 #include <cstdio>
 
 /// The least that a window of settings can be: what it costs is what the toolkit costs. Says when its first frame is
-/// there, and ends.
+/// there, and ends; with --stay, only says so.
 int main(int argumentCount, char** arguments)
 {
     QGuiApplication application(argumentCount, arguments);
@@ -14,7 +14,8 @@ int main(int argumentCount, char** arguments)
     QObject::connect(&view, &QQuickWindow::frameSwapped, &application, [] {
         std::puts("frame");
         std::fflush(stdout);
-        QGuiApplication::quit();
+        if (!QGuiApplication::arguments().contains(QStringLiteral("--stay")))
+            QGuiApplication::quit();
     });
     view.setSource(QUrl(QStringLiteral("qrc:/Tandem/Floor/Floor.qml")));
     view.show();

@@ -18,6 +18,8 @@ constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
 constexpr double usualPoints = 17;
 constexpr double usualDpi = 96;
+/// By this the user chooses how the toolkit draws.
+constexpr const char* graphicsVariable = "QSG_RHI_BACKEND";
 /// Pictures have so many pixels a point.
 constexpr const char* pictureScale = "2";
 
@@ -95,8 +97,10 @@ int main(int argumentCount, char** arguments)
     if (options->pictures) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_SCALE_FACTOR", pictureScale);
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     }
+    // Lists of rows gain nothing from a graphics driver, whose loading takes longer than all the rest of the start.
+    if (options->pictures || !qEnvironmentVariableIsSet(graphicsVariable))
+        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication application(argumentCount, arguments);
     QGuiApplication::setApplicationName(QStringLiteral("tandem-settings"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Pairo"));
