@@ -238,6 +238,12 @@ std::shared_ptr<PSTableCell> PageModel::cellAt(int index) const
     return cell;
 }
 
+void PageModel::endDisplaying(const PSTableCell& cell)
+{
+    if (cell.specifier())
+        _list->table().endDisplayingCell(*cell.specifier(), cell);
+}
+
 bool PageModel::canBeTapped(int index) const
 {
     const auto path = pathAt(index);

@@ -79,6 +79,8 @@ public:
     bool isLastOfSection(int index) const;
     /// The cell of the row, made where there is none yet; null for what is no row.
     std::shared_ptr<PSTableCell> cellAt(int index) const;
+    /// The cell has been scrolled out of sight.
+    void endDisplaying(const PSTableCell& cell);
     std::optional<NSIndexPath> pathAt(int index) const;
     bool canBeTapped(int index) const;
     bool canBeWorked(int index) const;

@@ -45,6 +45,12 @@ PageRowItem::PageRowItem(QQuickItem* parent)
     connect(this, &QQuickItem::activeFocusChanged, this, [this] { update(); });
 }
 
+PageRowItem::~PageRowItem()
+{
+    if (_page && _cell && !_gone)
+        _page->endDisplaying(*_cell);
+}
+
 void PageRowItem::setPage(PageModel* page)
 {
     if (_page == page)

@@ -33,6 +33,7 @@ public:
     Q_ENUM(Kind)
 
     explicit PageRowItem(QQuickItem* parent = nullptr);
+    ~PageRowItem() override;
 
     PageModel* page() const { return _page; }
     void setPage(PageModel* page);

@@ -24,6 +24,13 @@ std::shared_ptr<UITableViewCell> UITableView::loadCellForRowAtIndexPath(NSIndexP
     return cell;
 }
 
+void UITableView::endDisplayingCell(const NSObject& item, const UITableViewCell& cell)
+{
+    const auto found = _cells.find(&item);
+    if (found != _cells.end() && found->second.get() == &cell)
+        _cells.erase(found);
+}
+
 void UITableView::deselectRowAtIndexPath_animated(NSIndexPath path, bool /*animated*/)
 {
     if (_selected == path)

@@ -52,7 +52,8 @@ public:
     virtual void didReloadCells() { }
 };
 
-/// The cells of a list page. A cell is made when it is first asked for and kept until its row goes or is reloaded.
+/// The cells of a list page. A cell is made when it is first asked for and kept until its row goes, is reloaded, or has
+/// left the screen.
 class UITableView final : public UIView {
     NS_CLASS(UITableView, UIView)
 public:
@@ -66,6 +67,8 @@ public:
     std::shared_ptr<UITableViewCell> cellForRowAtIndexPath(NSIndexPath path);
     /// The cell on the screen, made where there is none yet; null for a row that is not there.
     std::shared_ptr<UITableViewCell> loadCellForRowAtIndexPath(NSIndexPath path);
+    /// Called by a host with a screen for a cell that it shows no more, so that a long list holds few cells.
+    void endDisplayingCell(const NSObject& item, const UITableViewCell& cell);
 
     std::optional<NSIndexPath> indexPathForSelectedRow() const { return _selected; }
     void selectRowAtIndexPath(NSIndexPath path) { _selected = path; }
