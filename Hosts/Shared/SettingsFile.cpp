@@ -8,7 +8,6 @@
 #include <functional>
 #include <string_view>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -93,14 +92,6 @@ void SettingsFile::unlock()
     _lock = -1;
 }
 
-SettingsFile::Stamp SettingsFile::stamp() const
-{
-    struct stat status { };
-    if (stat(_files->hostPath(path).c_str(), &status) != 0)
-        return {};
-    return { static_cast<long long>(status.st_ino), status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec };
-}
-
 std::size_t SettingsFile::digest() const
 {
     const auto content = _files->read(path);
@@ -113,12 +104,12 @@ bool SettingsFile::hasChanged() const
 {
     // The clock of a file may go in steps of some milliseconds: two writes of the same length within one of them leave
     // the same stamp.
-    return stamp() != _noted || digest() != _notedDigest;
+    return _files->stamp(path) != _noted || digest() != _notedDigest;
 }
 
 void SettingsFile::noteContent()
 {
-    _noted = stamp();
+    _noted = _files->stamp(path);
     _notedDigest = digest();
 }
 

@@ -40,20 +40,11 @@ public:
     void keepGoodCopy();
 
 private:
-    struct Stamp {
-        long long inode = 0;
-        long long size = -1;
-        long long seconds = 0;
-        long long nanoseconds = 0;
-        bool operator==(const Stamp&) const = default;
-    };
-
-    Stamp stamp() const;
     /// Of the content; zero when there is none.
     std::size_t digest() const;
 
     std::shared_ptr<DiskFiles> _files;
-    Stamp _noted;
+    std::optional<FileStamp> _noted;
     std::size_t _notedDigest = 0;
     std::size_t _copiedDigest = 0;
     int _lock = -1;

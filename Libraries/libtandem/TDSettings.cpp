@@ -3,7 +3,10 @@
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSNotificationCenter.h"
 #include "Foundation/NSString.h"
+#include "Phone/Phone.h"
 #include "libtandem/TDLogFile.h"
+
+#include <chrono>
 
 NS_IMPLEMENTATION(TDSettings, NS_METHOD(reloadSettings))
 
@@ -15,11 +18,41 @@ constexpr const char* damagedSuffix = ".torn";
 constexpr const char* boundKey = "bound";
 constexpr const char* simKey = "sim";
 
-/// Read anew at each call, because another process may have bound a device meanwhile.
+/// A file that was changed less than this ago may be changed once more without a trace in its stamp.
+constexpr std::chrono::seconds settlingTime { 1 };
+
+bool isSettled(const FileStamp& stamp)
+{
+    const std::chrono::system_clock::time_point changed { std::chrono::nanoseconds(stamp.changed) };
+    return std::chrono::system_clock::now() - changed > settlingTime;
+}
+
+/// The devices and their SIMs. Another process may bind a device at any time, so the file is looked at whenever one is
+/// asked for, and read where it has changed: a page asks for each of its devices.
+class Bindings {
+public:
+    Value of(const std::string& address)
+    {
+        const auto& files = Phone::current().files;
+        const auto stamp = files ? files->stamp(bindingsFile) : std::nullopt;
+        if (!stamp)
+            return {};
+        if (stamp != _stamp) {
+            _bindings = dictionaryWithContentsOfFile(bindingsFile).value_or(Dictionary());
+            _stamp = isSettled(*stamp) ? stamp : std::nullopt;
+        }
+        return valueForKey(_bindings, address);
+    }
+
+private:
+    std::optional<FileStamp> _stamp;
+    Dictionary _bindings;
+};
+
 Value bindingOf(const std::string& address)
 {
-    const auto bindings = dictionaryWithContentsOfFile(bindingsFile);
-    return bindings ? valueForKey(*bindings, address) : Value();
+    static Bindings bindings;
+    return bindings.of(address);
 }
 
 /// The bindings that are there. A file that holds none, though it holds something, is kept beside it before it is

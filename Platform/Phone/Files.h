@@ -2,6 +2,7 @@
 
 #include "Runtime/Value.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +13,17 @@ struct FileError {
     std::string text;
 };
 
+/// What tells one state of a file from another without reading it.
+struct FileStamp {
+    std::uint64_t device = 0;
+    std::uint64_t inode = 0;
+    std::int64_t size = 0;
+    std::int64_t modified = 0;
+    std::int64_t changed = 0;
+
+    bool operator==(const FileStamp&) const = default;
+};
+
 /// The phone's files. Paths are the phone's own, absolute ("/var/mobile/..."), and lie below a root of the host's
 /// choice; no path, whatever ".." it holds, leads out of that root.
 class Files {
@@ -20,6 +32,8 @@ public:
 
     /// The content of a regular file; nothing when it is missing, unreadable or no regular file.
     virtual std::optional<Bytes> read(const std::string& path) const = 0;
+    /// Nothing when the file is missing.
+    virtual std::optional<FileStamp> stamp(const std::string& path) const = 0;
     /// Writes over the file in place: opened without truncation, overwritten, cut to its new length, made if missing.
     /// When the disk or a limit refuses the longer content, the old content is still there, whole.
     virtual std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) = 0;

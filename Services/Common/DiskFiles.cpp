@@ -24,6 +24,13 @@ constexpr mode_t permissions = 07777;
 /// Short, because the file that is replaced may have the longest name there can be.
 constexpr const char* temporaryPrefix = ".tandem-";
 
+constexpr std::int64_t nanosecondsPerSecond = 1'000'000'000;
+
+std::int64_t nanoseconds(const timespec& time)
+{
+    return time.tv_sec * nanosecondsPerSecond + time.tv_nsec;
+}
+
 /// A pipe or a device at the path must neither hang the open nor become our terminal.
 constexpr int openFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
@@ -257,6 +264,15 @@ std::optional<Bytes> DiskFiles::read(const std::string& path) const
     if (checkPath(path) != 0)
         return std::nullopt;
     return readFile(hostPath(path));
+}
+
+std::optional<FileStamp> DiskFiles::stamp(const std::string& path) const
+{
+    struct stat status { };
+    if (checkPath(path) != 0 || stat(hostPath(path).c_str(), &status) != 0)
+        return std::nullopt;
+    return FileStamp { status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim),
+        nanoseconds(status.st_ctim) };
 }
 
 std::optional<FileError> DiskFiles::overwrite(const std::string& path, const Bytes& bytes)

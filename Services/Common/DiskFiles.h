@@ -19,6 +19,7 @@ public:
 
     /// Nothing for a file of more than 1 GiB, too.
     std::optional<Bytes> read(const std::string& path) const override;
+    std::optional<FileStamp> stamp(const std::string& path) const override;
     std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) override;
     /// Keeps the permissions of the file it replaces. A symbolic link is replaced itself.
     std::optional<FileError> replace(const std::string& path, const Bytes& bytes) override;

@@ -16,6 +16,7 @@ public:
     {
     }
     std::optional<Bytes> read(const std::string&) const override { return std::nullopt; }
+    std::optional<FileStamp> stamp(const std::string&) const override { return std::nullopt; }
     std::optional<FileError> overwrite(const std::string&, const Bytes&) override { return _error; }
     std::optional<FileError> replace(const std::string&, const Bytes&) override { return _error; }
     std::optional<FileError> append(const std::string&, const Bytes&, std::size_t&) override { return _error; }
