@@ -113,7 +113,7 @@ FocusScope {
 
     Text {
         Accessible.name: text
-        Accessible.role: Accessible.StaticText
+        Accessible.role: Accessible.Paragraph
         anchors.centerIn: crop
         color: "white"
         font: view.theme.font(17)

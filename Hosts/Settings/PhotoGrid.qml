@@ -46,7 +46,7 @@ FocusScope {
 
     Text {
         Accessible.name: text
-        Accessible.role: Accessible.StaticText
+        Accessible.role: Accessible.Paragraph
         anchors.centerIn: parent
         color: library.theme.secondaryText
         font: library.theme.font(17)

@@ -10,6 +10,7 @@ SheetBody {
     readonly property int padding: 16
     readonly property int highestPicture: 160
 
+    Accessible.name: qsTr("Share")
     implicitHeight: column.implicitHeight
 
     Column {

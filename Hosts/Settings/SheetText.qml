@@ -26,7 +26,7 @@ Column {
 
     Text {
         Accessible.name: texts.message
-        Accessible.role: Accessible.StaticText
+        Accessible.role: Accessible.Paragraph
         color: texts.theme.secondaryText
         font: texts.theme.font(13)
         horizontalAlignment: Text.AlignHCenter
