@@ -53,6 +53,7 @@ FocusScope {
         id: crop
 
         Accessible.description: qsTr("Arrows move the photo, plus and minus enlarge it.")
+        Accessible.ignored: !crop.visible
         Accessible.name: qsTr("Photo under a square")
         Accessible.role: Accessible.Graphic
         activeFocusOnTab: true
@@ -112,6 +113,7 @@ FocusScope {
     }
 
     Text {
+        Accessible.ignored: !visible
         Accessible.name: text
         Accessible.role: Accessible.Paragraph
         anchors.centerIn: crop

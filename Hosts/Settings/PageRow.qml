@@ -1,8 +1,7 @@
 import QtQuick
 import Tandem.Settings
 
-/// A row of a page. What screen readers are told of it is in RowAccess; a page that something covers is not there for
-/// them.
+/// A row of a page. What screen readers are told of it is in RowAccess, and of a page that something covers, nothing.
 PageRowItem {
     id: item
 

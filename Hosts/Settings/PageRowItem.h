@@ -48,6 +48,8 @@ public:
     QString footer() const { return _page && !_cell ? _page->footerAbove(_row) : QString(); }
     QString header() const { return _page && !_cell ? _page->header(_row) : QString(); }
     bool isWorkable() const { return _workable; }
+    /// Screen readers are told of it: it says something, and nothing covers its page.
+    bool isTold() const { return isEnabled() && !name().isEmpty(); }
     /// The switch is on, or the choice is the one that is made.
     bool isChecked() const;
     double value() const;

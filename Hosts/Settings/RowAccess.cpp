@@ -1,32 +1,10 @@
 #include "RowAccess.h"
 
-#include <QQuickWindow>
+#include <utility>
 
 namespace {
 
 enum PartIndex { Footer, Header, PartCount };
-
-QRect onScreen(const QQuickItem& item, const QRectF& place)
-{
-    const QRectF inScene = item.mapRectToScene(place);
-    const QPoint corner = item.window() ? item.window()->mapToGlobal(inScene.topLeft().toPoint()) : QPoint();
-    return { corner, inScene.size().toSize() };
-}
-
-QAccessible::State visibilityOf(const QQuickItem& item)
-{
-    QAccessible::State state;
-    const QQuickWindow* window = item.window();
-    state.invisible = !window || !window->isVisible() || !item.isVisible() || item.opacity() <= 0;
-    state.offscreen = window && !QRectF({}, window->size()).intersects(item.mapRectToScene(item.boundingRect()));
-    return state;
-}
-
-QAccessibleInterface* accessOf(const QString& /*className*/, QObject* object)
-{
-    auto* item = qobject_cast<PageRowItem*>(object);
-    return item ? new RowAccess(*item) : nullptr;
-}
 
 } // namespace
 
@@ -49,17 +27,14 @@ public:
     int childCount() const override { return 0; }
     int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
     QAccessible::Role role() const override { return _index == Header ? QAccessible::Heading : QAccessible::Paragraph; }
-    QAccessible::State state() const override
-    {
-        return isValid() ? visibilityOf(*_whole.item()) : QAccessible::State();
-    }
+    QAccessible::State state() const override { return _whole.ItemAccess::state(); }
     QRect rect() const override
     {
         if (!isValid())
             return {};
         QRectF place = _whole.item()->boundingRect();
         _index == Header ? place.setTop(place.center().y()) : place.setBottom(place.center().y());
-        return onScreen(*_whole.item(), place);
+        return _whole.onScreen(place);
     }
     QString text(QAccessible::Text text) const override
     {
@@ -75,7 +50,7 @@ private:
 };
 
 RowAccess::RowAccess(PageRowItem& item)
-    : QAccessibleObject(&item)
+    : ItemAccess(item)
     , _wasChecked(item.isChecked())
     , _toldValue(item.value())
 {
@@ -89,11 +64,6 @@ RowAccess::~RowAccess()
 {
     for (const QAccessible::Id id : _parts)
         QAccessible::deleteAccessibleInterface(id);
-}
-
-void RowAccess::install()
-{
-    QAccessible::installFactory(accessOf);
 }
 
 void RowAccess::tellChanges()
@@ -123,16 +93,6 @@ bool RowAccess::canBeChecked() const
 bool RowAccess::hasTwoTexts() const
 {
     return item() && !item()->footer().isEmpty() && !item()->header().isEmpty();
-}
-
-QAccessibleInterface* RowAccess::parent() const
-{
-    for (QQuickItem* above = item() ? item()->parentItem() : nullptr; above; above = above->parentItem()) {
-        // The list's content item has no name for anybody.
-        if (above->inherits("QQuickItemView"))
-            return QAccessible::queryAccessibleInterface(above);
-    }
-    return nullptr;
 }
 
 QAccessibleInterface* RowAccess::part(std::size_t index) const
@@ -165,16 +125,6 @@ int RowAccess::indexOfChild(const QAccessibleInterface* child) const
     return -1;
 }
 
-QRect RowAccess::rect() const
-{
-    return item() ? onScreen(*item(), item()->boundingRect()) : QRect();
-}
-
-QWindow* RowAccess::window() const
-{
-    return item() ? item()->window() : nullptr;
-}
-
 QAccessible::Role RowAccess::role() const
 {
     switch (item() ? item()->kind() : PageRowItem::Kind::Static) {
@@ -199,7 +149,7 @@ QAccessible::State RowAccess::state() const
 {
     if (!item())
         return {};
-    QAccessible::State state = visibilityOf(*item());
+    QAccessible::State state = ItemAccess::state();
     state.focusable = item()->isWorkable();
     state.focused = item()->hasActiveFocus();
     state.checkable = canBeChecked();

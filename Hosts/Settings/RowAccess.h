@@ -1,29 +1,20 @@
 #pragma once
 
+#include "ItemAccess.h"
 #include "PageRowItem.h"
 
-#include <QAccessibleObject>
-
-#include <memory>
 #include <vector>
 
-/// What screen readers are told of an item of a page: what it is, its value and state, and what can be done with it.
-/// Made when one asks for it, so that others do not wait for it.
-class RowAccess final : public QAccessibleObject, public QAccessibleActionInterface, public QAccessibleValueInterface {
+/// An item of a page for screen readers: what it is, its value and state, and what can be done with it.
+class RowAccess final : public ItemAccess, public QAccessibleActionInterface, public QAccessibleValueInterface {
 public:
     explicit RowAccess(PageRowItem& item);
     ~RowAccess() override;
 
-    /// From now on the toolkit finds one for each item.
-    static void install();
-
     // QAccessibleInterface
-    QAccessibleInterface* parent() const override;
     QAccessibleInterface* child(int index) const override;
     int childCount() const override;
     int indexOfChild(const QAccessibleInterface* child) const override;
-    QRect rect() const override;
-    QWindow* window() const override;
     QAccessible::Role role() const override;
     QAccessible::State state() const override;
     QString text(QAccessible::Text text) const override;

@@ -30,6 +30,7 @@ SheetBody {
             }
 
             PictureItem {
+                Accessible.ignored: !visible
                 Accessible.name: qsTr("Picture")
                 Accessible.role: Accessible.Graphic
                 anchors.horizontalCenter: parent?.horizontalCenter
@@ -81,6 +82,7 @@ SheetBody {
             }
 
             Text {
+                Accessible.ignored: !visible
                 Accessible.name: text
                 Accessible.role: Accessible.AlertMessage
                 bottomPadding: body.padding

@@ -13,6 +13,7 @@ Column {
     spacing: 4
 
     Text {
+        Accessible.ignored: !visible
         Accessible.name: texts.title
         Accessible.role: Accessible.Heading
         color: texts.theme.text
@@ -25,6 +26,7 @@ Column {
     }
 
     Text {
+        Accessible.ignored: !visible
         Accessible.name: texts.message
         Accessible.role: Accessible.Paragraph
         color: texts.theme.secondaryText
