@@ -24,11 +24,11 @@ std::string quoted(const QString& text)
 
 std::string statesOf(const QAccessible::State& state)
 {
-    const std::array<std::pair<bool, const char*>, 12> states { { { state.disabled, "disabled" },
+    const std::array<std::pair<bool, const char*>, 13> states { { { state.disabled, "disabled" },
         { state.focusable, "focusable" }, { state.focused, "focused" }, { state.checkable, "checkable" },
         { state.checked, "checked" }, { state.selectable, "selectable" }, { state.selected, "selected" },
         { state.editable, "editable" }, { state.readOnly, "readOnly" }, { state.hasPopup, "hasPopup" },
-        { state.modal, "modal" }, { state.offscreen, "offscreen" } } };
+        { state.modal, "modal" }, { state.offscreen, "offscreen" }, { state.invisible, "invisible" } } };
     std::string text;
     for (const auto& [is, name] : states) {
         if (is)
@@ -56,8 +56,6 @@ std::string actionsOf(QAccessibleActionInterface* actions)
 
 void write(QAccessibleInterface& item, int depth, std::string& text)
 {
-    if (!canBeSeen(item))
-        return;
     text.append(static_cast<std::size_t>(depth * indent), ' ');
     text += nameOf(item.role()) + ' ' + quoted(item.text(QAccessible::Name)) + statesOf(item.state())
         + valueOf(item.valueInterface()) + actionsOf(item.actionInterface());

@@ -10,7 +10,7 @@ class QWindow;
 /// The window as a screen reader finds it, from the top; null without one.
 QAccessibleInterface* accessibleTreeOf(QWindow& window);
 
-/// What can be seen of the tree, a line each, the children further to the right than their parent:
+/// All of the tree, a line each, the children further to the right than their parent:
 /// role "name" [states] value, = what the value is, its limits and step, > actions, | the description.
 std::string textOf(QAccessibleInterface& tree);
 

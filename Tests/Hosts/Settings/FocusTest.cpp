@@ -14,6 +14,7 @@ constexpr int mostStops = 60;
 const std::map<std::string, std::string> stopsOf {
     { "Root", "Enable Pairo, Share" },
     { "RootTurnedOff", "Enable Pairo, Share" },
+    { "RootTurnedOnAgain", "Enable Pairo, Share" },
     { "Calls", "Choose SIM for Calls, Back to Pairo, Share" },
     { "Messages", "Choose SIM for Messages, Back to Pairo, Share" },
     { "Bluetooth", "Car Kit, Back to Pairo, Share" },
@@ -47,12 +48,18 @@ QQuickItem* viewOf(const QQuickItem& item)
     return nullptr;
 }
 
-/// Of everything in the tree that says it can have the focus. A list has it through its entries.
+/// The toolkit says of a grid, which has the focus through its entries, that it can have it.
+bool isGrid(const QAccessibleInterface& item)
+{
+    return item.role() == QAccessible::List && item.object()->inherits("QQuickGridView");
+}
+
+/// Of everything in the tree that says it can have the focus.
 void collectFocusable(QAccessibleInterface& below, QStringList& names)
 {
     if (!canBeSeen(below))
         return;
-    if (below.state().focusable && below.role() != QAccessible::List)
+    if (below.state().focusable && !isGrid(below))
         names.push_back(below.text(QAccessible::Name));
     for (int i = 0; i < below.childCount(); ++i)
         collectFocusable(*below.child(i), names);

@@ -17,6 +17,7 @@ const std::vector<Place>& everyPlace()
     static const std::vector<Place> places {
         { "Root", {}, {} },
         { "RootTurnedOff", { "TandemEnabled" }, {} },
+        { "RootTurnedOnAgain", { "TandemEnabled", "TandemEnabled" }, {} },
         { "Calls", { "Calls" }, {} },
         { "Messages", { "Messages" }, {} },
         { "Bluetooth", { "Bluetooth" }, {} },
