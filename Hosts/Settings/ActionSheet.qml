@@ -57,7 +57,8 @@ SheetBody {
                 width: column.width
 
                 SheetChoice {
-                    focus: true
+                    // The others of these are not to be seen.
+                    focus: apart.visible
                     index: apart.index
                     modelData: apart.modelData
                     separated: false

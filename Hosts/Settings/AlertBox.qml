@@ -11,7 +11,6 @@ SheetBody {
     implicitHeight: card.implicitHeight
     preferredWidth: 290
 
-    Accessible.name: body.sheet.title
     Accessible.role: Accessible.AlertMessage
 
     SheetCard {

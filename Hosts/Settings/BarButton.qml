@@ -20,6 +20,7 @@ FocusScope {
     signal activated
 
     Accessible.focusable: true
+    Accessible.ignored: !button.enabled || !button.visible
     Accessible.name: button.name
     Accessible.role: Accessible.Button
     activeFocusOnTab: true

@@ -53,6 +53,7 @@ FocusScope {
         id: crop
 
         Accessible.description: qsTr("Arrows move the photo, plus and minus enlarge it.")
+        Accessible.ignored: !crop.visible
         Accessible.name: qsTr("Photo under a square")
         Accessible.role: Accessible.Graphic
         activeFocusOnTab: true
@@ -112,8 +113,9 @@ FocusScope {
     }
 
     Text {
+        Accessible.ignored: !visible
         Accessible.name: text
-        Accessible.role: Accessible.StaticText
+        Accessible.role: Accessible.Paragraph
         anchors.centerIn: crop
         color: "white"
         font: view.theme.font(17)

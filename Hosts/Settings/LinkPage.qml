@@ -15,7 +15,7 @@ Item {
 
         Text {
             Accessible.name: text
-            Accessible.role: Accessible.StaticText
+            Accessible.role: Accessible.Paragraph
             color: view.theme.text
             font: view.theme.font(17)
             horizontalAlignment: Text.AlignHCenter
@@ -26,7 +26,7 @@ Item {
 
         Text {
             Accessible.name: text
-            Accessible.role: Accessible.StaticText
+            Accessible.role: Accessible.Paragraph
             color: view.theme.secondaryText
             font: view.theme.font(13)
             horizontalAlignment: Text.AlignHCenter

@@ -45,6 +45,7 @@ FocusScope {
     Text {
         id: title
 
+        Accessible.ignored: !bar.enabled || !title.visible
         Accessible.name: bar.page.title
         Accessible.role: Accessible.Heading
         anchors.verticalCenter: parent.verticalCenter
@@ -66,6 +67,7 @@ FocusScope {
     PictureItem {
         id: titlePicture
 
+        Accessible.ignored: !bar.enabled || !titlePicture.visible
         Accessible.name: bar.page.title
         Accessible.role: Accessible.Heading
         anchors.centerIn: parent

@@ -20,6 +20,7 @@ ListView {
         list.positionViewAtIndex(next, ListView.Contain);
     }
 
+    Accessible.ignored: !list.enabled || !list.visible
     Accessible.name: list.page.title
     Accessible.role: Accessible.List
     activeFocusOnTab: true

@@ -19,6 +19,8 @@ class PageRowItem : public QQuickPaintedItem {
     Q_PROPERTY(Kind kind READ kind NOTIFY refreshed)
     Q_PROPERTY(QString name READ name NOTIFY refreshed)
     Q_PROPERTY(QString detail READ detail NOTIFY refreshed)
+    Q_PROPERTY(QString footer READ footer NOTIFY refreshed)
+    Q_PROPERTY(QString header READ header NOTIFY refreshed)
     Q_PROPERTY(bool workable READ isWorkable NOTIFY refreshed)
     Q_PROPERTY(bool checked READ isChecked NOTIFY refreshed)
     Q_PROPERTY(double value READ value WRITE chooseValue NOTIFY refreshed)
@@ -43,7 +45,12 @@ public:
     /// What a screen reader says, first and then.
     QString name() const;
     QString detail() const;
+    /// What Texts are: those of the group above, and those of the one below.
+    QString footer() const { return _page && !_cell ? _page->footerAbove(_row) : QString(); }
+    QString header() const { return _page && !_cell ? _page->header(_row) : QString(); }
     bool isWorkable() const { return _workable; }
+    /// Screen readers are told of it: it says something, and nothing covers its page.
+    bool isTold() const { return isEnabled() && !name().isEmpty(); }
     /// The switch is on, or the choice is the one that is made.
     bool isChecked() const;
     double value() const;

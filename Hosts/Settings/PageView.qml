@@ -16,6 +16,8 @@ FocusScope {
     property real slide: view.page.first || !view.theme.animated ? 0 : 1
 
     readonly property Theme theme: view.host.theme
+    /// What the keyboard works while nothing of the bar is chosen.
+    readonly property Item content: view.page.link === "" ? list : linkLoader
     readonly property bool leaving: view.page.leaving
     readonly property bool onTop: view.index === view.host.pages.depth - 1
     readonly property int direction: view.theme.mirrored ? -1 : 1
@@ -62,7 +64,7 @@ FocusScope {
     onLeavingChanged: view.settle()
     onOnTopChanged: {
         if (view.onTop)
-            list.forceActiveFocus();
+            view.content.forceActiveFocus();
     }
 
     NumberAnimation {
@@ -98,7 +100,7 @@ FocusScope {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: bar.bottom
-        focus: true
+        focus: view.content === list
         page: view.page
         theme: view.theme
         visible: view.page.link === ""
@@ -108,6 +110,7 @@ FocusScope {
         id: linkLoader
 
         anchors.fill: list
+        focus: view.content === linkLoader
     }
 
     Rectangle {

@@ -35,6 +35,7 @@ FocusScope {
         }
 
         Text {
+            Accessible.ignored: !library.visible
             Accessible.name: text
             Accessible.role: Accessible.Heading
             anchors.centerIn: parent
@@ -45,8 +46,9 @@ FocusScope {
     }
 
     Text {
+        Accessible.ignored: grid.count > 0 || !library.visible
         Accessible.name: text
-        Accessible.role: Accessible.StaticText
+        Accessible.role: Accessible.Paragraph
         anchors.centerIn: parent
         color: library.theme.secondaryText
         font: library.theme.font(17)
@@ -62,6 +64,7 @@ FocusScope {
 
         readonly property int columns: Math.max(2, Math.ceil(grid.width / library.widest))
 
+        Accessible.ignored: !grid.visible
         Accessible.name: qsTr("Photos")
         Accessible.role: Accessible.List
         activeFocusOnTab: true

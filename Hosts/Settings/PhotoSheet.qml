@@ -16,6 +16,7 @@ SheetBody {
         crop.forceActiveFocus();
     }
 
+    Accessible.name: body.chosen === "" ? qsTr("Photos") : qsTr("Crop the photo")
     fills: true
     objectName: "photoSheet"
     preferredWidth: 640

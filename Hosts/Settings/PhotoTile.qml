@@ -12,6 +12,7 @@ FocusScope {
     signal taken
 
     Accessible.focusable: true
+    Accessible.ignored: !tile.visible
     Accessible.name: qsTr("Photo %1").arg(tile.index + 1)
     Accessible.role: Accessible.Button
 

@@ -1,5 +1,7 @@
 #include "SettingsWindow.h"
 
+#include "ItemAccess.h"
+
 #include <QQmlComponent>
 #include <QQuickItem>
 
@@ -32,6 +34,7 @@ SettingsWindow::SettingsWindow(std::shared_ptr<SettingsHost> host, std::unique_p
 {
     // Goes after all that lives in it.
     engine.release()->setParent(this);
+    ItemAccess::install();
     QQmlEngine::setObjectOwnership(_host.get(), QQmlEngine::CppOwnership);
     connect(this, &QQuickWindow::frameSwapped, _host.get(), &SettingsHost::pageIsShown, Qt::QueuedConnection);
     setTitle(QStringLiteral("Pairo"));

@@ -10,6 +10,7 @@ SheetBody {
     readonly property int padding: 16
     readonly property int highestPicture: 160
 
+    Accessible.name: qsTr("Share")
     implicitHeight: column.implicitHeight
 
     Column {
@@ -29,6 +30,7 @@ SheetBody {
             }
 
             PictureItem {
+                Accessible.ignored: !visible
                 Accessible.name: qsTr("Picture")
                 Accessible.role: Accessible.Graphic
                 anchors.horizontalCenter: parent?.horizontalCenter
@@ -80,6 +82,7 @@ SheetBody {
             }
 
             Text {
+                Accessible.ignored: !visible
                 Accessible.name: text
                 Accessible.role: Accessible.AlertMessage
                 bottomPadding: body.padding

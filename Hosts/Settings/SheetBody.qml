@@ -15,5 +15,8 @@ FocusScope {
     property bool centred: false
     property real preferredWidth: 480
 
+    Accessible.name: body.sheet.title
+    Accessible.role: Accessible.Dialog
+
     Keys.onEscapePressed: body.sheet.cancel()
 }

@@ -13,6 +13,7 @@ Column {
     spacing: 4
 
     Text {
+        Accessible.ignored: !visible
         Accessible.name: texts.title
         Accessible.role: Accessible.Heading
         color: texts.theme.text
@@ -25,8 +26,9 @@ Column {
     }
 
     Text {
+        Accessible.ignored: !visible
         Accessible.name: texts.message
-        Accessible.role: Accessible.StaticText
+        Accessible.role: Accessible.Paragraph
         color: texts.theme.secondaryText
         font: texts.theme.font(13)
         horizontalAlignment: Text.AlignHCenter

@@ -18,6 +18,7 @@ FocusScope {
     signal activated
 
     Accessible.focusable: true
+    Accessible.ignored: !button.visible
     Accessible.name: button.text
     Accessible.role: Accessible.Button
     activeFocusOnTab: true

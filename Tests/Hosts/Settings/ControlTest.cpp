@@ -1,6 +1,5 @@
 #include "WindowTest.h"
 
-#include <QAccessible>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -145,35 +144,4 @@ TEST_F(ControlTest, AReloadOfTheSameRowsMovesNothing)
     EXPECT_EQ(removed.size() + inserted.size(), 0);
     settle();
     EXPECT_EQ(_window->grabWindow(), before);
-}
-
-TEST_F(ControlTest, AccessibleTreeWorksTheCallsPage)
-{
-    openWindow();
-    openPage("Calls");
-    PageRowItem* row = item("ShowSimSlectionForCalls");
-    QAccessibleInterface* toggle = QAccessible::queryAccessibleInterface(row);
-    ASSERT_TRUE(toggle);
-    EXPECT_EQ(toggle->role(), QAccessible::CheckBox);
-    EXPECT_EQ(toggle->text(QAccessible::Name), "Ask Before Each Call");
-    EXPECT_TRUE(toggle->state().checked);
-    ASSERT_TRUE(toggle->actionInterface());
-    toggle->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-    settle();
-    EXPECT_FALSE(toggle->state().checked);
-    EXPECT_EQ(indexOf("TandemSimSelectionTimeForCalls"), -1);
-    toggle->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
-    settle();
-
-    QAccessibleInterface* slider = QAccessible::queryAccessibleInterface(item("TandemSimSelectionTimeForCalls"));
-    ASSERT_TRUE(slider);
-    EXPECT_EQ(slider->role(), QAccessible::Slider);
-    EXPECT_EQ(slider->text(QAccessible::Name), "Seconds to Choose a SIM");
-    ASSERT_TRUE(slider->valueInterface());
-    EXPECT_EQ(slider->valueInterface()->currentValue().toDouble(), 3);
-    EXPECT_EQ(slider->valueInterface()->minimumValue().toDouble(), 1);
-    EXPECT_EQ(slider->valueInterface()->maximumValue().toDouble(), 10);
-    slider->valueInterface()->setCurrentValue(7.0);
-    settle();
-    EXPECT_EQ(slider->valueInterface()->currentValue().toDouble(), 7);
 }

@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <ostream>
 
 namespace {
 
@@ -175,6 +176,11 @@ std::string nameOf(const testing::TestParamInfo<Device>& device)
     default:
         return "Keyboard";
     }
+}
+
+void PrintTo(Device device, std::ostream* stream)
+{
+    *stream << nameOf(testing::TestParamInfo<Device>(device, 0));
 }
 
 QPointingDevice* touchScreen()

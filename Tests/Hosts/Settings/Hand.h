@@ -37,6 +37,7 @@ protected:
 
 /// The names of the devices, for tests that are done on each.
 std::string nameOf(const testing::TestParamInfo<Device>& device);
+void PrintTo(Device device, std::ostream* stream);
 
 /// The one touch screen of the process.
 QPointingDevice* touchScreen();

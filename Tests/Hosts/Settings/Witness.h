@@ -12,6 +12,7 @@ public:
         const std::shared_ptr<SettingsHost>& host, const std::shared_ptr<EventLog>& events);
 
     // UIPresentationObserver
+    bool showsPagesLater() const override { return true; }
     void willPush(const std::shared_ptr<UIViewController>& page) override;
     void didPush(const std::shared_ptr<UIViewController>& page) override;
     void didPop(const std::shared_ptr<UIViewController>& page) override;
