@@ -113,7 +113,8 @@ int run(int rows)
         std::printf("%d items: opened in %.1f ms; nothing to scroll\n", shown, opened);
         return 0;
     }
-    std::printf("%d items: opened in %.1f ms; %zu frames of scrolling, median %.2f ms, longest %.2f ms, %td over %.0f ms\n",
+    std::printf(
+        "%d items: opened in %.1f ms; %zu frames of scrolling, median %.2f ms, longest %.2f ms, %td over %.0f ms\n",
         shown, opened, frames.size(), frames[frames.size() / 2], frames.back(), slow, slowFrame);
     return 0;
 }

@@ -74,11 +74,11 @@ int writePictures(SettingsWindow& window, const WindowOptions& options)
 }
 
 /// Pictures show a phone that nobody has used, and leave the user's own alone.
-HostOptions hostOptions(const WindowOptions& options, const QTemporaryDir& scratch)
+HostOptions hostOptions(const WindowOptions& options, std::optional<QTemporaryDir>& scratch)
 {
     HostOptions host = options.host;
     if (options.pictures && host.root.empty())
-        host.root = scratch.path().toStdString();
+        host.root = scratch.emplace().path().toStdString();
     return host;
 }
 
@@ -114,7 +114,7 @@ int main(int argumentCount, char** arguments)
     auto theme = themeFor(*options);
     // A text is made with this font before it gets its own; so no other family is ever loaded for it.
     QGuiApplication::setFont(theme->font(usualPoints));
-    const QTemporaryDir scratch;
+    std::optional<QTemporaryDir> scratch;
     std::string reason;
     const auto host = SettingsHost::open(hostOptions(*options, scratch), std::move(theme), nullptr, reason);
     if (!host)

@@ -23,8 +23,8 @@ constexpr std::chrono::seconds settlingTime { 1 };
 
 bool isSettled(const FileStamp& stamp)
 {
-    const std::chrono::system_clock::time_point changed { std::chrono::nanoseconds(stamp.changed) };
-    return std::chrono::system_clock::now() - changed > settlingTime;
+    const std::chrono::system_clock::time_point modified { std::chrono::nanoseconds(stamp.modified) };
+    return std::chrono::system_clock::now() - modified > settlingTime;
 }
 
 /// The devices and their SIMs. Another process may bind a device at any time, so the file is looked at whenever one is

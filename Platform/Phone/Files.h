@@ -18,8 +18,8 @@ struct FileStamp {
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
     std::int64_t size = 0;
+    /// Nanoseconds since 1970.
     std::int64_t modified = 0;
-    std::int64_t changed = 0;
 
     bool operator==(const FileStamp&) const = default;
 };

@@ -271,8 +271,7 @@ std::optional<FileStamp> DiskFiles::stamp(const std::string& path) const
     struct stat status { };
     if (checkPath(path) != 0 || stat(hostPath(path).c_str(), &status) != 0)
         return std::nullopt;
-    return FileStamp { status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim),
-        nanoseconds(status.st_ctim) };
+    return FileStamp { status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim) };
 }
 
 std::optional<FileError> DiskFiles::overwrite(const std::string& path, const Bytes& bytes)
