@@ -25,6 +25,8 @@ ListView {
     Accessible.role: Accessible.List
     activeFocusOnTab: true
     bottomMargin: 24
+    // Rows are quickly made when they come into sight. Made ahead, they are still on their way when a page drops rows.
+    cacheBuffer: 0
     clip: true
     currentIndex: -1
     highlightFollowsCurrentItem: false

@@ -83,8 +83,7 @@ TEST_F(LifetimeTest, ClosedWhileASheetComesUp)
 
 class RandomEventsTest : public LifetimeTest, public testing::WithParamInterface<unsigned> { };
 
-// Off until the one seed of the five that still draws a warning from the toolkit is understood.
-TEST_P(RandomEventsTest, DISABLED_NothingBreaks)
+TEST_P(RandomEventsTest, NothingBreaks)
 {
     openWindow(Motion::Shown);
     std::mt19937 random(GetParam());
