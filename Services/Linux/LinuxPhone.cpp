@@ -10,6 +10,8 @@
 #include <QDir>
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <array>
 #include <clocale>
 #include <iostream>
 
@@ -40,8 +42,11 @@ std::unique_ptr<QCoreApplication> windowlessApplication()
     static char program[] = "tandem";
     static char option[] = "-platform";
     static char platform[] = "offscreen";
-    static char* words[] = { program, option, platform, nullptr };
-    static int count = 3;
+    // The application takes the words that it knows out of the list.
+    static char* words[4];
+    static int count;
+    std::ranges::copy(std::array<char*, 4> { program, option, platform, nullptr }, words);
+    count = 3;
     auto application = std::make_unique<QGuiApplication>(count, words);
     // It has taken the user's locale over; numbers are read and written as before.
     std::setlocale(LC_NUMERIC, "C");
@@ -54,7 +59,8 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
     const BusCaller system(systemBus(), _budget);
     const BusCaller session(sessionBus(), _budget);
     _notifications = std::make_shared<BusNotifications>(session);
-    _appearance = std::make_shared<PortalAppearance>(session);
+    const auto settings = std::make_shared<PortalSettings>(session);
+    _appearance = std::make_shared<PortalAppearance>(settings);
 
     _phone.systemLog = std::make_shared<SyslogLog>();
     _phone.darwinNotifications = _notifications;
@@ -69,7 +75,8 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
 
 LinuxPhone::~LinuxPhone()
 {
-    endTurn();
+    _budget->renew();
+    _notifications->flush();
 }
 
 void LinuxPhone::beginTurn()
@@ -82,6 +89,5 @@ void LinuxPhone::beginTurn()
 
 void LinuxPhone::endTurn()
 {
-    _budget->renew();
     _notifications->flush();
 }

@@ -160,11 +160,8 @@ class LinksTest(PortalTest):
 
 class AppearanceTest(PortalTest):
     def offer(self, portal, scheme):
-        code = (
-            f"ret = dbus.UInt32({scheme}, variant_level=2) if args[1] == 'color-scheme'"
-            " else dbus.Double(1.5, variant_level=2)"
-        )
-        self.method(portal, SETTINGS, "Read", "ss", "v", code)
+        code = f"ret = {{'org.freedesktop.appearance': {{'color-scheme': dbus.UInt32({scheme})}}}}"
+        self.method(portal, SETTINGS, "ReadAll", "as", "a{sa{sv}}", code)
 
     def change(self, portal, scheme):
         arguments = [

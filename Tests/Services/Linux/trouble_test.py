@@ -36,6 +36,11 @@ RUBBISH = [
     ("a(oa{sv})", "ret = [('/a', {'Interfaces': 7}), ('/b', {'Interfaces': ['org.ofono.SimManager']})]"),
     ("a{oa{sv}}", "ret = {'/a': {'Address': 'x'}}"),
     (
+        "a{sa{sv}}",
+        "ret = {'org.freedesktop.appearance': {'color-scheme': 'x', 'reduced-motion': [1.5]},"
+        " 'org.gnome.desktop.interface': {'text-scaling-factor': 'x', 'icon-theme': 5, 'enable-animations': 'no'}}",
+    ),
+    (
         "a{oa{sa{sv}}}",
         "ret = {'/a': {'org.bluez.Device1': {'Address': 5, 'Paired': True, 'Name': ['x']}},"
         " '/b': {'org.bluez.Device1': {'Address': 'x' * 100000, 'Paired': 'yes', 'Name': 1.5}},"
@@ -136,7 +141,7 @@ class TroubleTest(MachineTest):
         portal = self.mock_daemon(self.session, PORTAL, PORTAL_PATH, "org.freedesktop.portal.Settings")
         for signature, code in RUBBISH:
             with self.subTest(signature=signature, code=code):
-                portal.answer("org.freedesktop.portal.Settings", "Read", signature, code)
+                portal.answer("org.freedesktop.portal.Settings", "ReadAll", signature, code)
                 for daemon, interface, method in daemons:
                     daemon.answer(interface, method, signature, code)
                 for page in ("bluetooth", "sims"):
