@@ -1,13 +1,14 @@
 #include "Linux/LinuxPhone.h"
 
 #include "Linux/BluezDevices.h"
+#include "Linux/ChosenIconTheme.h"
 #include "Linux/DesktopHomeScreen.h"
 #include "Linux/LinuxSubscriptions.h"
 #include "Linux/PortalLinks.h"
 #include "Linux/PortalMail.h"
 #include "Linux/SyslogLog.h"
+#include "Linux/UserFolders.h"
 
-#include <QDir>
 #include <QGuiApplication>
 
 #include <algorithm>
@@ -23,12 +24,6 @@ void keepQuiet(QtMsgType type, const QMessageLogContext& /*context*/, const QStr
 {
     if (type == QtCriticalMsg || type == QtFatalMsg)
         std::cerr << text.toStdString() << std::endl;
-}
-
-QString configurationFolder()
-{
-    const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME");
-    return QDir::isAbsolutePath(folder) ? folder : QDir::homePath() + QStringLiteral("/.config");
 }
 
 } // namespace
@@ -66,8 +61,9 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
     _phone.darwinNotifications = _notifications;
     _phone.pairedDevices = std::make_shared<BluezDevices>(system);
     _phone.subscriptions =
-        std::make_shared<LinuxSubscriptions>(system, configurationFolder() + QLatin1String(simNamesFile));
-    _phone.homeScreen = std::make_shared<DesktopHomeScreen>(DesktopHomeScreen::userDataFolders());
+        std::make_shared<LinuxSubscriptions>(system, configurationFolders().constFirst() + QLatin1String(simNamesFile));
+    _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
+        dataFolders(), [settings] { return chosenIconTheme(*settings); }, _budget);
     _phone.appearance = _appearance;
     _phone.mail = std::make_shared<PortalMail>(session, std::move(hostPath));
     _phone.links = std::make_shared<PortalLinks>(session);

@@ -14,6 +14,10 @@ import support
 TEMPLATES = pathlib.Path(__file__).parent
 MODEMMANAGER = str(TEMPLATES / "modemmanager.py")
 PATIENCE_MS = 60_000
+# What daemons and files may cost a page.
+LONGEST_SECONDS = 0.5
+# Sanitized programs are slower by themselves.
+SLACK = 3 if os.environ.get("TANDEM_SANITIZED") else 1
 MOCK = "org.freedesktop.DBus.Mock"
 
 
@@ -133,6 +137,7 @@ class MachineTest(support.PhoneTest):
             DBUS_SESSION_BUS_ADDRESS=self.session.address,
             XDG_RUNTIME_DIR=str(runtime),
             XDG_CONFIG_HOME=str(self.folder / "config"),
+            XDG_CONFIG_DIRS=str(self.folder / "etc"),
             XDG_DATA_DIRS=str(self.folder / "share"),
         )
 

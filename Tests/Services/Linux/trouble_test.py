@@ -9,11 +9,8 @@ import unittest
 
 from gi.repository import GLib
 
-from machine import MODEMMANAGER, MachineTest
+from machine import LONGEST_SECONDS, MODEMMANAGER, SLACK, MachineTest
 
-LONGEST_SECONDS = 0.5
-# Sanitized programs are slower by themselves.
-SLACK = 3 if os.environ.get("TANDEM_SANITIZED") else 1
 ATTEMPTS = 3
 
 OBJECT_MANAGER = "org.freedesktop.DBus.ObjectManager"
