@@ -59,9 +59,11 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
 
     _phone.systemLog = std::make_shared<SyslogLog>();
     _phone.darwinNotifications = _notifications;
-    _phone.pairedDevices = std::make_shared<BluezDevices>(system);
-    _phone.subscriptions =
+    const auto sims =
         std::make_shared<LinuxSubscriptions>(system, configurationFolders().constFirst() + QLatin1String(simNamesFile));
+    _phone.subscriptions = sims;
+    // The page of devices shows the SIMs too.
+    _phone.pairedDevices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
     _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
         dataFolders(), [settings] { return chosenIconTheme(*settings); }, _budget);
     _phone.appearance = _appearance;

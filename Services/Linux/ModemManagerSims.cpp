@@ -97,10 +97,15 @@ SimCard cardIn(const Slot& slot, const QVariantMap& sim)
 
 } // namespace
 
-std::vector<SimCard> modemManagerSims(const BusCaller& systemBus)
+QDBusMessage modemManagerQuestion()
 {
-    const auto objects = managedObjectsOf(systemBus.call(QDBusMessage::createMethodCall(QLatin1String(service),
-        QLatin1String(rootPath), QLatin1String(objectManager), QStringLiteral("GetManagedObjects"))));
+    return QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(rootPath), QLatin1String(objectManager),
+        QStringLiteral("GetManagedObjects"));
+}
+
+std::vector<SimCard> modemManagerSims(const BusCaller& systemBus, const QDBusMessage& answer)
+{
+    const auto objects = managedObjectsOf(answer);
     if (!objects)
         return {};
     const std::vector<Modem> modems = modemsOf(*objects);

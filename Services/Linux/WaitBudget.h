@@ -14,15 +14,16 @@ public:
     using Milliseconds = std::chrono::milliseconds;
 
     /// Below the half second that a page may cost, so that what the page does itself has room.
-    static constexpr Milliseconds whole { 400 };
+    static constexpr Milliseconds whole { 450 };
 
     void renew();
     /// Another number after each renewal.
     unsigned turn() const { return _turn; }
 
-    /// How long the next question may be waited for. Questions that do not need each other's answers are sent together
-    /// and waited for together, so a slow daemon takes no time of the others. Zero when it is spent.
-    Milliseconds patience() const { return std::chrono::floor<Milliseconds>(_left); }
+    /// How long the next question may be waited for: most of what is left. Questions that do not need each other's
+    /// answers are waited for together, so a slow daemon takes no time of the others; the rest is for what must be
+    /// asked those after one that hangs. Zero when it is spent.
+    Milliseconds patience() const { return std::chrono::floor<Milliseconds>(_left * 4 / 5); }
     void spend(Duration time) { _left = time < _left ? _left - time : Duration::zero(); }
 
     void noteFailureOf(const std::string& daemon) { _failed.insert(daemon); }

@@ -207,7 +207,7 @@ TEST_F(DesktopEntries, IconsAreLeftOutWhenThePageHasWaitedLongEnough)
     EXPECT_FALSE(iconOf("a"));
     budget->renew();
     EXPECT_TRUE(iconOf("a"));
-    EXPECT_LT(budget->patience(), WaitBudget::whole);
+    EXPECT_LT(budget->patience(), WaitBudget().patience());
 }
 
 TEST_F(DesktopEntries, PictureThatIsReplaced)

@@ -9,9 +9,13 @@ import unittest
 
 from gi.repository import GLib
 
+import modemmanager
 from machine import LONGEST_SECONDS, MODEMMANAGER, SLACK, MachineTest
 
 ATTEMPTS = 3
+SLOW_SECONDS = 0.3
+ALL_OBJECTS = "ret = {dbus.ObjectPath(p): objects[p].props for p in objects if p != '/'}"
+ADDRESS = "11:22:33:44:55:66"
 
 OBJECT_MANAGER = "org.freedesktop.DBus.ObjectManager"
 PROPERTIES = "org.freedesktop.DBus.Properties"
@@ -66,6 +70,19 @@ class TroubleTest(MachineTest):
             driver.close()
         return best, rows
 
+    def add_device(self, bluez):
+        bluez.call("org.bluez.Mock", "AddAdapter", GLib.Variant("(ss)", ("hci0", "hci0")))
+        bluez.call("org.bluez.Mock", "AddDevice", GLib.Variant("(sss)", ("hci0", ADDRESS, "Car")))
+        bluez.call("org.bluez.Mock", "PairDevice", GLib.Variant("(ssi)", ("hci0", ADDRESS, 0)))
+
+    def add_sim(self, modems):
+        modem = modems.call("com.vexil.Mock", "AddModem", GLib.Variant("(su)", ("a", 1)))
+        sim = (modem, 1, "8949020000012345678", "26201", "Carrier")
+        return modems.call("com.vexil.Mock", "AddSim", GLib.Variant("(susss)", sim))
+
+    def be_slow(self, daemon, interface, method, signature, code):
+        daemon.answer(interface, method, signature, f"import time; time.sleep({SLOW_SECONDS})\n{code}")
+
     def check_quick_and_empty(self, page):
         seconds, rows = self.seconds_to_open(page)
         self.assertEqual(rows, [])
@@ -98,19 +115,40 @@ class TroubleTest(MachineTest):
     def test_one_daemon_that_hangs_does_not_keep_the_others_from_answering(self):
         self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
         bluez = self.mock_template("bluez5", BLUEZ, "/")
-        bluez.call("org.bluez.Mock", "AddAdapter", GLib.Variant("(ss)", ("hci0", "hci0")))
-        arguments = ("hci0", "11:22:33:44:55:66")
-        bluez.call("org.bluez.Mock", "AddDevice", GLib.Variant("(sss)", (*arguments, "Car")))
-        bluez.call("org.bluez.Mock", "PairDevice", GLib.Variant("(ssi)", (*arguments, 0)))
+        self.add_device(bluez)
         seconds, rows = self.seconds_to_open("bluetooth")
         self.assertEqual([row["name"] for row in rows if row["name"]], ["Car"])
         self.assertLess(seconds, LONGEST_SECONDS * SLACK)
 
+    def test_daemons_that_are_slow_to_answer_the_first_question(self):
+        bluez = self.mock_template("bluez5", BLUEZ, "/")
+        self.add_device(bluez)
+        modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
+        self.add_sim(modems)
+        ofono = self.mock_template("ofono", OFONO, "/")
+        self.on_linux().open("bluetooth").ask("set", row=ADDRESS, value=True)
+        # They answer what they would have answered at once.
+        self.be_slow(bluez, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", ALL_OBJECTS)
+        self.be_slow(modems, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", modemmanager.MANAGED_OBJECTS)
+        self.be_slow(ofono, "org.ofono.Manager", "GetModems", "a(oa{sv})", "ret = []")
+        seconds, rows = self.seconds_to_open("bluetooth")
+        print("all daemons answer after 300 ms: %.0f ms" % (1000 * seconds))
+        self.assertEqual([row["name"] for row in rows if row["name"]], ["Car", "Default SIM", "Carrier"])
+        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+        seconds, rows = self.seconds_to_open("sims")
+        self.assertEqual(rows[0]["name"], "SIM 1")
+        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+
+    def test_daemon_that_hangs_does_not_keep_the_one_that_is_asked_next_from_answering(self):
+        self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
+        self.mock_template("ofono", OFONO, "/")
+        seconds, rows = self.seconds_to_open("sims")
+        self.assertEqual(rows[0]["name"], "SIM 1")
+        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+
     def test_daemon_that_wakes_is_right_at_the_next_build(self):
         modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
-        modem = modems.call("com.vexil.Mock", "AddModem", GLib.Variant("(su)", ("a", 1)))
-        sim = (modem, 1, "8949020000012345678", "26201", "One")
-        modems.call("com.vexil.Mock", "AddSim", GLib.Variant("(susss)", sim))
+        self.add_sim(modems)
         modems.hang()
         driver = self.on_linux().open("sims")
         self.assertEqual(driver.rows(), [])
@@ -146,9 +184,7 @@ class TroubleTest(MachineTest):
 
     def test_daemon_that_dies_in_the_middle(self):
         modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
-        modem = modems.call("com.vexil.Mock", "AddModem", GLib.Variant("(su)", ("a", 1)))
-        sim = (modem, 1, "8949020000012345678", "26201", "One")
-        path = modems.call("com.vexil.Mock", "AddSim", GLib.Variant("(susss)", sim))
+        path = self.add_sim(modems)
         modems.answer(PROPERTIES, "GetAll", "a{sv}", "import os; os._exit(1)", path)
         modems.answer(OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", "import os; os._exit(1)")
         driver = self.on_linux()
