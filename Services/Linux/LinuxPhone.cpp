@@ -67,8 +67,9 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
     _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
         dataFolders(), [settings] { return chosenIconTheme(*settings); }, _budget);
     _phone.appearance = _appearance;
-    _phone.mail = std::make_shared<PortalMail>(session, std::move(hostPath));
-    _phone.links = std::make_shared<PortalLinks>(session);
+    const auto acts = std::make_shared<BackgroundActs>(_budget);
+    _phone.mail = std::make_shared<PortalMail>(session.bus(), acts, std::move(hostPath));
+    _phone.links = std::make_shared<PortalLinks>(session.bus(), acts);
 }
 
 LinuxPhone::~LinuxPhone()

@@ -1,8 +1,8 @@
 #include "Linux/PortalMail.h"
 
 #include "Linux/Portal.h"
+#include "Linux/PortalRequest.h"
 
-#include <QDBusError>
 #include <QDBusMetaType>
 #include <QDBusUnixFileDescriptor>
 #include <QProcess>
@@ -57,14 +57,6 @@ bool startMailProgram(const MailDraft& draft, const QStringList& files)
     return !program.isEmpty() && QProcess::startDetached(program, words);
 }
 
-/// A portal that was asked and has not answered yet may still show the draft; a second one beside it would be one too
-/// many.
-bool mayStillAnswer(const QDBusMessage& reply)
-{
-    const auto type = QDBusError(reply).type();
-    return type == QDBusError::NoReply || type == QDBusError::Timeout || type == QDBusError::TimedOut;
-}
-
 } // namespace
 
 bool PortalMail::compose(const MailDraft& draft)
@@ -77,8 +69,18 @@ bool PortalMail::compose(const MailDraft& draft)
         return false;
     if (!_bus.isConnected())
         return startMailProgram(draft, files);
-    const QDBusMessage reply = _bus.call(composeRequest(draft, *attachments));
-    if (reply.type() == QDBusMessage::ReplyMessage)
-        return true;
-    return !mayStillAnswer(reply) && startMailProgram(draft, files);
+    const QDBusMessage request = composeRequest(draft, *attachments);
+    return _acts->start(
+        [bus = _bus, request, draft, files] {
+            switch (PortalRequest(bus, request).outcome()) {
+            case PortalOutcome::Refused:
+                return startMailProgram(draft, files);
+            case PortalOutcome::Unknown:
+                // The portal may still show the draft; a second one beside it would be one too many.
+                return false;
+            default:
+                return true;
+            }
+        },
+        draft.onFailure);
 }

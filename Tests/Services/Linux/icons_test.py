@@ -6,10 +6,8 @@ import unittest
 from gi.repository import GLib
 
 import support
-from machine import LONGEST_SECONDS, PATIENCE_MS, SLACK, MachineTest
+from machine import LONGEST_SECONDS, PATIENCE_MS, PORTAL, PORTAL_PATH, SLACK, MachineTest
 
-PORTAL = "org.freedesktop.portal.Desktop"
-PORTAL_PATH = "/org/freedesktop/portal/desktop"
 SETTINGS = "org.freedesktop.portal.Settings"
 INTERFACE_GROUP = "org.gnome.desktop.interface"
 
@@ -60,7 +58,7 @@ class IconsTest(MachineTest):
         file.parent.mkdir(parents=True, exist_ok=True)
         file.write_text(content)
 
-    def start_portal(self, theme):
+    def offer_theme(self, theme):
         portal = self.mock_daemon(self.session, PORTAL, PORTAL_PATH, SETTINGS)
         code = f"ret = {{{INTERFACE_GROUP!r}: {{'icon-theme': {theme!r}}}}}"
         portal.mock("AddMethod", GLib.Variant("(sssss)", (SETTINGS, "ReadAll", "as", "a{sa{sv}}", code)))
@@ -76,12 +74,12 @@ class IconsTest(MachineTest):
 
     def test_theme_that_the_portal_tells(self):
         self.theme("Chosen", "app")
-        self.start_portal("Chosen")
+        self.offer_theme("Chosen")
         self.assertEqual(self.shown(), [APP])
 
     def test_portal_before_the_files(self):
         self.theme("Chosen", "app")
-        self.start_portal("Other")
+        self.offer_theme("Other")
         self.configure("gtk-3.0/settings.ini", "[Settings]\ngtk-icon-theme-name=Chosen\n")
         self.assertEqual(self.shown(), [])
 
@@ -104,12 +102,12 @@ class IconsTest(MachineTest):
     def test_inherited_theme(self):
         self.theme("Chosen", more="Inherits=Parent\n")
         self.theme("Parent", "app", more="Inherits=Chosen,Parent\n")
-        self.start_portal("Chosen")
+        self.offer_theme("Chosen")
         self.assertEqual(self.shown(), [APP])
 
     def test_theme_that_is_changed_while_a_page_is_open(self):
         self.theme("Chosen", "app")
-        portal = self.start_portal("Other")
+        portal = self.offer_theme("Other")
         driver = self.on_linux()
         self.assertEqual(self.shown(driver), [])
         arguments = [
@@ -147,7 +145,7 @@ class IconsTest(MachineTest):
         for n, app in enumerate(apps):
             # The last of them is nowhere, which takes the longest to find out.
             self.write_entry(app, f"icon{n * 8 + 1}" if n < APPS_OF_A_PAGE - 1 else "missing")
-        self.start_portal("Large")
+        self.offer_theme("Large")
         best = None
         for _ in range(ATTEMPTS):
             start = time.monotonic()

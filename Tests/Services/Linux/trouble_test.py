@@ -10,7 +10,7 @@ import unittest
 from gi.repository import GLib
 
 import modemmanager
-from machine import LONGEST_SECONDS, MODEMMANAGER, SLACK, MachineTest
+from machine import LONGEST_SECONDS, MODEMMANAGER, PORTAL, PORTAL_PATH, SLACK, MachineTest
 
 ATTEMPTS = 3
 SLOW_SECONDS = 0.3
@@ -23,8 +23,6 @@ BLUEZ = "org.bluez"
 MODEMS = "org.freedesktop.ModemManager1"
 MODEMS_PATH = "/org/freedesktop/ModemManager1"
 OFONO = "org.ofono"
-PORTAL = "org.freedesktop.portal.Desktop"
-PORTAL_PATH = "/org/freedesktop/portal/desktop"
 
 RUBBISH = [
     ("s", "ret = 'rubbish'"),
