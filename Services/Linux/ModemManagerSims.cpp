@@ -90,8 +90,11 @@ SimCard cardIn(const Slot& slot, const QVariantMap& sim)
     if (pathOf(slot.modem->properties, "Sim") != slot.sim)
         return card;
     card.ownNumber = textsOf(slot.modem->properties, "OwnNumbers").value(0);
-    if (isAtHome(*slot.modem))
+    if (isAtHome(*slot.modem)) {
         card.registeredName = textOf(slot.modem->network, "OperatorName");
+        if (card.homeNetwork.isEmpty())
+            card.homeNetwork = textOf(slot.modem->network, "OperatorCode");
+    }
     return card;
 }
 

@@ -16,7 +16,7 @@ TEST(SimKeys, AreNameBasedAndInUpperCase)
     EXPECT_EQ(key, simKeyOf("8949020000012345678"));
     EXPECT_NE(key, simKeyOf("8949020000012345679"));
     EXPECT_EQ(key.find_first_of("abcdef"), std::string::npos);
-    // Logos and bindings of users are kept by it.
+    // Logos and bindings of users are kept by it. As Python's uuid.uuid5 makes it.
     EXPECT_EQ(key, "8520BC74-15A6-591D-ABFE-4FDDBCCCE293");
 }
 
