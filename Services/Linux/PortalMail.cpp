@@ -1,12 +1,11 @@
 #include "Linux/PortalMail.h"
 
+#include "Linux/MailProgram.h"
 #include "Linux/Portal.h"
 #include "Linux/PortalRequest.h"
 
 #include <QDBusMetaType>
 #include <QDBusUnixFileDescriptor>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QVariantMap>
 
 #include <fcntl.h>
@@ -15,7 +14,6 @@
 namespace {
 
 constexpr const char* emailInterface = "org.freedesktop.portal.Email";
-constexpr const char* mailProgram = "xdg-email";
 
 using Descriptors = QList<QDBusUnixFileDescriptor>;
 
@@ -46,17 +44,6 @@ QDBusMessage composeRequest(const MailDraft& draft, const Descriptors& attachmen
     return request;
 }
 
-bool startMailProgram(const MailDraft& draft, const QStringList& files)
-{
-    const QString program = QStandardPaths::findExecutable(QLatin1String(mailProgram));
-    QStringList words { QStringLiteral("--utf8"), QStringLiteral("--subject"), QString::fromStdString(draft.subject),
-        QStringLiteral("--body"), QString::fromStdString(draft.body) };
-    for (const QString& file : files)
-        words << QStringLiteral("--attach") << file;
-    words << QString::fromStdString(draft.recipient);
-    return !program.isEmpty() && QProcess::startDetached(program, words);
-}
-
 } // namespace
 
 bool PortalMail::compose(const MailDraft& draft)
@@ -67,20 +54,14 @@ bool PortalMail::compose(const MailDraft& draft)
     const auto attachments = opened(files);
     if (!attachments)
         return false;
-    if (!_bus.isConnected())
-        return startMailProgram(draft, files);
     const QDBusMessage request = composeRequest(draft, *attachments);
     return _acts->start(
         [bus = _bus, request, draft, files] {
-            switch (PortalRequest(bus, request).outcome()) {
-            case PortalOutcome::Refused:
-                return startMailProgram(draft, files);
-            case PortalOutcome::Unknown:
-                // The portal may still show the draft; a second one beside it would be one too many.
-                return false;
-            default:
-                return true;
-            }
+            const auto outcome = bus.isConnected() ? PortalRequest(bus, request).outcome() : PortalOutcome::Refused;
+            if (outcome == PortalOutcome::Refused)
+                return runMailProgram(draft, files);
+            // One that has not told may still show the draft; a second one beside it would be one too many.
+            return outcome != PortalOutcome::Unknown;
         },
         draft.onFailure);
 }
