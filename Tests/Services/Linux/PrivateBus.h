@@ -2,6 +2,7 @@
 
 #include "Linux/BusCaller.h"
 #include "Linux/LinuxPhone.h"
+#include "TemporaryDirectory.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -26,6 +27,7 @@ public:
 
 private:
     std::unique_ptr<QCoreApplication> _application = windowlessApplication();
+    TemporaryDirectory _folder;
     QProcess _daemon;
     QString _address;
     QStringList _clients;
