@@ -244,8 +244,10 @@ class RealDaemonsTest(TroubleTest):
             self.skipTest(f"{program} does not start here")
 
     def test_bluetoothd(self):
-        self.start(BLUEZ, "/", "bluetoothd", "--nodetach", "--configfile=/dev/null")
+        daemon = self.start(BLUEZ, "/", "bluetoothd", "--nodetach", "--configfile=/dev/null")
         print("bluetoothd: %.0f ms" % (1000 * self.check_quick_and_empty("bluetooth")))
+        if daemon.process.poll() is not None:
+            self.skipTest("bluetoothd took its name and ended: this machine's kernel has no Bluetooth")
 
     def test_modem_manager(self):
         self.start(MODEMS, MODEMS_PATH, "ModemManager", "--test-session", "--test-no-udev", "--test-no-suspend-resume")
