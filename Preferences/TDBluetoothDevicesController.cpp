@@ -83,9 +83,9 @@ const Rows& TDBluetoothDevicesController::specifiers()
 Rows& TDBluetoothDevicesController::blueToothSpecifiers()
 {
     _blueToothSpecifiers.clear();
-    const auto manager = BluetoothManager::sharedInstance();
+    const auto devices = BluetoothManager::sharedInstance()->pairedDevices();
     const TDUtils::Contexts contexts = TDUtils::fetchSubscriptions();
-    for (const auto& device : manager->pairedDevices()) {
+    for (const auto& device : devices) {
         _blueToothSpecifiers.push_back(makeDeviceRow(device, self()));
         if (isBluetoothDeviceSelected(device->address())) {
             const Row group = PSSpecifier::groupSpecifierWithName(localized(groupTitle));

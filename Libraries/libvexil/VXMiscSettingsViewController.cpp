@@ -167,7 +167,11 @@ void VXMiscSettingsViewController::sendMaskedLog(const std::string& log, const s
 
 void VXMiscSettingsViewController::sendLogFile(const std::string& file)
 {
-    const MailDraft draft { supportAddress, stringWithFormat(translated("%@ log"), { productName() }), "", { file } };
+    MailDraft draft { supportAddress, stringWithFormat(translated("%@ log"), { productName() }), "", { file } };
+    draft.onFailure = [weakPage = std::weak_ptr<VXMiscSettingsViewController>(self())] {
+        if (const auto page = weakPage.lock())
+            page->showError(translated(noMailMessage));
+    };
     const auto& mail = Phone::current().mail;
     if (!mail || !mail->compose(draft))
         showError(translated(noMailMessage));

@@ -16,6 +16,8 @@ constexpr std::size_t largestFile = 1U << 20U;
 constexpr std::size_t longestMessage = 240;
 constexpr double smallestScale = 1;
 constexpr double largestScale = 8;
+constexpr double smallestTextScale = 0.5;
+constexpr double largestTextScale = 3;
 constexpr const char* lightAppearance = "light";
 constexpr const char* darkAppearance = "dark";
 const Json absentValue;
@@ -161,6 +163,14 @@ double readScale(const Node& node)
     return scale;
 }
 
+double readTextScale(const Node& node)
+{
+    const double scale = node.number();
+    if (!(scale >= smallestTextScale && scale <= largestTextScale))
+        node.fail("expected a number from 0.5 to 3");
+    return scale;
+}
+
 Subscription readSubscription(const Node& node)
 {
     node.allowOnly({ "uuid", "label", "phoneNumber", "carrier", "userDefaultVoice" });
@@ -206,9 +216,12 @@ std::map<std::string, std::string> readHomeScreen(const Node& node)
 
 DemoDescription readPhone(const Node& node)
 {
-    node.allowOnly({ "appearance", "scale", "subscriptions", "pairedDevices", "homeScreen", "photos" });
+    node.allowOnly({ "appearance", "textScale", "reducedMotion", "scale", "subscriptions", "pairedDevices",
+        "homeScreen", "photos" });
     DemoDescription phone;
     phone.dark = ifPresent(node.member("appearance"), readDark);
+    phone.textScale = ifPresent(node.member("textScale"), readTextScale);
+    phone.reducedMotion = ifPresent(node.member("reducedMotion"), readFlag);
     phone.scale = ifPresent(node.member("scale"), readScale).value_or(phone.scale);
     phone.subscriptions = ifPresent(node.member("subscriptions"), readSubscriptions);
     phone.pairedDevices = ifPresent(node.member("pairedDevices"), readPairedDevices);

@@ -11,6 +11,8 @@
 /// What a file says about its phone. A service that the file leaves out, or gives as null, is absent.
 struct DemoDescription {
     std::optional<bool> dark;
+    std::optional<double> textScale;
+    std::optional<bool> reducedMotion;
     double scale = 2;
     std::optional<std::vector<Subscription>> subscriptions;
     std::optional<std::vector<PairedDevice>> pairedDevices;

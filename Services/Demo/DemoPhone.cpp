@@ -42,8 +42,9 @@ DemoPhone::DemoPhone(DemoDescription description, const std::string& file)
     _phone.mail = _mail;
     _phone.links = _links;
     _phone.screenScale = description.scale;
-    if (description.dark)
-        _phone.appearance = _appearance = std::make_shared<DemoAppearance>(*description.dark);
+    if (description.dark || description.textScale || description.reducedMotion)
+        _phone.appearance = _appearance = std::make_shared<DemoAppearance>(description.dark.value_or(false),
+            description.textScale.value_or(1), description.reducedMotion.value_or(false));
     if (description.pairedDevices)
         _phone.pairedDevices = std::make_shared<DemoPairedDevices>(std::move(*description.pairedDevices));
     if (description.subscriptions)

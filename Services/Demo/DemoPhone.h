@@ -13,13 +13,13 @@ struct DemoDescription;
 
 /// A phone that one JSON file describes, for a first look and for tests:
 ///
-///     { "appearance": "light" or "dark", "scale": 2,
+///     { "appearance": "light" or "dark", "textScale": 1.5, "reducedMotion": true, "scale": 2,
 ///       "subscriptions": [{ "uuid", "label", "phoneNumber", "carrier", "userDefaultVoice" }],
 ///       "pairedDevices": [{ "name", "address" }],
 ///       "homeScreen": { app: picture file }, "photos": [picture file] }
 ///
-/// A service whose key is missing or null is missing on the phone. Names of picture files are relative to that file;
-/// they are read when they are asked for, so a phone is there at once.
+/// A service whose key is missing or null is missing on the phone; the first three keys are one service. Names of
+/// picture files are relative to that file; they are read when they are asked for, so a phone is there at once.
 class DemoPhone {
 public:
     /// Null, and in `error` one line that says what is wrong and where, when the file does not describe a phone.

@@ -12,17 +12,23 @@
 
 class DemoAppearance final : public Appearance {
 public:
-    explicit DemoAppearance(bool dark)
+    DemoAppearance(bool dark, double textScale, bool reducedMotion)
         : _dark(dark)
+        , _textScale(textScale)
+        , _reducedMotion(reducedMotion)
     {
     }
     void setDark(bool dark) { _dark = dark; }
 
     // Appearance
     bool isDark() const override { return _dark; }
+    double textScale() const override { return _textScale; }
+    bool isMotionReduced() const override { return _reducedMotion; }
 
 private:
     bool _dark;
+    double _textScale;
+    bool _reducedMotion;
 };
 
 class DemoPairedDevices final : public PairedDevices {

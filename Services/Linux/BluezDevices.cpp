@@ -42,8 +42,10 @@ auto place(const PairedDevice& device)
 
 std::vector<PairedDevice> BluezDevices::devices() const
 {
-    const auto objects = managedObjectsOf(_bus.call(QDBusMessage::createMethodCall(QLatin1String(bluez),
-        QLatin1String(bluezRoot), QLatin1String(objectManager), QLatin1String(getManagedObjects))));
+    const BusQuestion question = _bus.ask(QDBusMessage::createMethodCall(QLatin1String(bluez), QLatin1String(bluezRoot),
+        QLatin1String(objectManager), QLatin1String(getManagedObjects)));
+    _askOthers();
+    const auto objects = managedObjectsOf(_bus.answerTo(question));
     if (!objects)
         return {};
     std::map<QString, PairedDevice> byAddress;

@@ -3,12 +3,16 @@
 #include "Linux/BusCaller.h"
 #include "Phone/PairedDevices.h"
 
+#include <functional>
+
 /// The devices that BlueZ is paired with, on all its adapters: by name, and by address where names are alike. A device
 /// that is paired with two adapters is one device. None while BlueZ is absent or does not answer.
 class BluezDevices final : public PairedDevices {
 public:
-    explicit BluezDevices(BusCaller systemBus)
+    /// `askOthers` sends other questions that a page of devices has, so that all are waited for together.
+    BluezDevices(BusCaller systemBus, std::function<void()> askOthers)
         : _bus(std::move(systemBus))
+        , _askOthers(std::move(askOthers))
     {
     }
 
@@ -17,4 +21,5 @@ public:
 
 private:
     BusCaller _bus;
+    std::function<void()> _askOthers;
 };

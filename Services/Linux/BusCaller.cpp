@@ -3,10 +3,8 @@
 #include "Linux/BusProbe.h"
 
 #include <QDBusError>
-#include <QDBusPendingCall>
 
 #include <algorithm>
-#include <optional>
 
 namespace {
 
@@ -61,44 +59,53 @@ QString systemAddress()
     return address.isEmpty() ? QLatin1String(socketAddress) + QLatin1String(systemSocket) : address;
 }
 
-QDBusConnection connected(const QString& address, QDBusConnection::BusType type, const char* name)
+QDBusConnection connected(const QString& address, const char* name)
 {
     if (!doesBusAnswer(address))
         return QDBusConnection(QLatin1String(name));
-    return QDBusConnection::connectToBus(type, QLatin1String(name));
+    return QDBusConnection::connectToBus(address, QLatin1String(name));
 }
 
 } // namespace
 
+BusQuestion BusCaller::ask(const QDBusMessage& request) const
+{
+    const auto patience = static_cast<int>(_budget->patience().count());
+    if (!_bus.isConnected() || patience <= 0 || _budget->hasFailed(request.service().toStdString()))
+        return { request, std::nullopt };
+    return { request, _bus.asyncCall(request, patience) };
+}
+
+QDBusMessage BusCaller::answerTo(const BusQuestion& question) const
+{
+    if (!question.reply)
+        return refusal(question.request);
+    const auto start = Clock::now();
+    QDBusPendingCall reply = *question.reply;
+    reply.waitForFinished();
+    _budget->spend(Clock::now() - start);
+    if (isFailureOfDaemon(reply.reply()))
+        _budget->noteFailureOf(question.request.service().toStdString());
+    return reply.reply();
+}
+
 std::vector<QDBusMessage> BusCaller::callAll(const std::vector<QDBusMessage>& requests) const
 {
-    const auto start = Clock::now();
-    std::vector<std::optional<QDBusPendingCall>> calls;
-    for (const QDBusMessage& request : requests) {
-        const bool asks = _bus.isConnected() && _budget->patience().count() > 0
-            && !_budget->hasFailed(request.service().toStdString());
-        calls.push_back(asks ? std::optional(_bus.asyncCall(request, static_cast<int>(_budget->patience().count())))
-                             : std::nullopt);
-    }
+    std::vector<BusQuestion> questions;
+    for (const QDBusMessage& request : requests)
+        questions.push_back(ask(request));
     std::vector<QDBusMessage> replies;
-    for (std::size_t i = 0; i < calls.size(); ++i) {
-        if (calls[i])
-            calls[i]->waitForFinished();
-        replies.push_back(calls[i] ? calls[i]->reply() : refusal(requests[i]));
-        if (isFailureOfDaemon(replies.back()))
-            _budget->noteFailureOf(requests[i].service().toStdString());
-    }
-    // Rounded up, so that many short waits cannot add up to a long one.
-    _budget->spend(std::chrono::ceil<WaitBudget::Milliseconds>(Clock::now() - start));
+    for (const BusQuestion& question : questions)
+        replies.push_back(answerTo(question));
     return replies;
 }
 
 QDBusConnection systemBus()
 {
-    return connected(systemAddress(), QDBusConnection::SystemBus, systemBusName);
+    return connected(systemAddress(), systemBusName);
 }
 
 QDBusConnection sessionBus()
 {
-    return connected(sessionAddress(), QDBusConnection::SessionBus, sessionBusName);
+    return connected(sessionAddress(), sessionBusName);
 }

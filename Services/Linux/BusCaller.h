@@ -4,9 +4,18 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 
 #include <memory>
+#include <optional>
 #include <vector>
+
+/// A request, and its reply that is to come. One that was not sent has none: there is no bus, no time is left, or the
+/// daemon has just failed.
+struct BusQuestion {
+    QDBusMessage request;
+    std::optional<QDBusPendingCall> reply;
+};
 
 /// Asks daemons on a bus, and waits for them within the budget that all callers of a phone share. What cannot be
 /// answered in time, or at all, is an error reply; nothing is ever raised.
@@ -20,10 +29,16 @@ public:
 
     bool isConnected() const { return _bus.isConnected(); }
     const QDBusConnection& bus() const { return _bus; }
+    WaitBudget& budget() const { return *_budget; }
 
-    QDBusMessage call(const QDBusMessage& request) const { return callAll({ request }).front(); }
+    QDBusMessage call(const QDBusMessage& request) const { return answerTo(ask(request)); }
     /// The replies in the order of the requests, which are sent together and waited for together.
     std::vector<QDBusMessage> callAll(const std::vector<QDBusMessage>& requests) const;
+
+    /// Sends the request and does not wait.
+    BusQuestion ask(const QDBusMessage& request) const;
+    /// Waits for the reply, no longer than it could have been waited for when it was asked.
+    QDBusMessage answerTo(const BusQuestion& question) const;
 
 private:
     QDBusConnection _bus;

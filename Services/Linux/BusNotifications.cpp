@@ -74,10 +74,11 @@ void BusNotifications::addObserverOfAll(Handler handler)
 
 void BusNotifications::flush()
 {
-    if (std::exchange(_isFlushed, true))
+    if (_isFlushed)
         return;
-    _bus.call(QDBusMessage::createMethodCall(
+    const QDBusMessage reply = _bus.call(QDBusMessage::createMethodCall(
         QLatin1String(busService), QLatin1String(busPath), QLatin1String(busService), QStringLiteral("GetId")));
+    _isFlushed = reply.type() == QDBusMessage::ReplyMessage;
 }
 
 void BusNotifications::receive(const QString& name)

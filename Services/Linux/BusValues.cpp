@@ -7,6 +7,7 @@
 namespace {
 
 constexpr const char* managedObjectsSignature = "a{oa{sa{sv}}}";
+constexpr const char* groupsSignature = "a{sa{sv}}";
 constexpr const char* propertiesSignature = "a{sv}";
 constexpr const char* pathsSignature = "ao";
 
@@ -40,6 +41,13 @@ std::optional<BusObjects> managedObjectsOf(const QDBusMessage& reply)
     for (auto object = byPath.cbegin(); object != byPath.cend(); ++object)
         objects.insert(object.key().path(), object.value());
     return objects;
+}
+
+std::optional<BusInterfaces> propertiesByGroupOf(const QDBusMessage& reply)
+{
+    if (!isAnswer(reply, groupsSignature))
+        return std::nullopt;
+    return qdbus_cast<BusInterfaces>(reply.arguments().constFirst());
 }
 
 QVariantMap propertiesOf(const QDBusMessage& reply)
@@ -89,6 +97,12 @@ bool isTrue(const QVariantMap& properties, const char* name)
 {
     const QVariant value = property(properties, name);
     return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
+}
+
+bool isFalse(const QVariantMap& properties, const char* name)
+{
+    const QVariant value = property(properties, name);
+    return value.metaType() == QMetaType::fromType<bool>() && !value.toBool();
 }
 
 std::optional<qlonglong> numberOf(const QVariantMap& properties, const char* name)

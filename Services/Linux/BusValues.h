@@ -25,15 +25,18 @@ struct PathsInOrder {
 
 /// Nothing when the reply is an error or of another form.
 std::optional<BusObjects> managedObjectsOf(const QDBusMessage& reply);
+/// The a{sa{sv}} of a reply: properties by group. Nothing when it is an error or of another form.
+std::optional<BusInterfaces> propertiesByGroupOf(const QDBusMessage& reply);
 /// The a{sv} of a reply; empty when it is an error or of another form.
 QVariantMap propertiesOf(const QDBusMessage& reply);
 
-/// Empty when the property is missing or of another type.
+/// Empty, or false, when the property is missing or of another type.
 QString textOf(const QVariantMap& properties, const char* name);
 QStringList textsOf(const QVariantMap& properties, const char* name);
 QString pathOf(const QVariantMap& properties, const char* name);
 QStringList pathsOf(const QVariantMap& properties, const char* name);
 bool isTrue(const QVariantMap& properties, const char* name);
+bool isFalse(const QVariantMap& properties, const char* name);
 /// Absent when the property is missing or no number.
 std::optional<qlonglong> numberOf(const QVariantMap& properties, const char* name);
 

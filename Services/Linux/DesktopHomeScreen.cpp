@@ -1,18 +1,21 @@
 #include "Linux/DesktopHomeScreen.h"
 
 #include "Foundation/NSKeyedArchiver.h"
-#include "Linux/IconTheme.h"
 #include "Linux/KeyFile.h"
 #include "Phone/Phone.h"
 #include "UIKit/UIImage.h"
 
 #include <QBuffer>
+#include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
 #include <QPainter>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 
 namespace {
@@ -22,31 +25,53 @@ constexpr const char* iconMessage = "com.vexil.tandem.app.icon";
 constexpr const char* messageData = "TDServiceMessageData";
 constexpr const char* entryGroup = "Desktop Entry";
 constexpr int iconPoints = 29;
-constexpr qint64 largestPicture = 16 << 20;
-constexpr int largestMegabytes = 256;
-constexpr const char* systemDataFolders = "/usr/local/share:/usr/share";
+constexpr const char* drawing = "svg";
+/// Beyond these an icon takes longer to read than all the icons of a page may.
+constexpr qint64 largestPicture = 4 << 20;
+constexpr qint64 largestDrawing = 512 << 10;
+constexpr int largestSide = 2048;
+/// The last chunk of every PNG file: its length, its name and its checksum.
+const QByteArray pngEnd("\0\0\0\0IEND\xAE\x42\x60\x82", 12);
+constexpr const char* pictureFormats[] = { "png", "xpm", drawing, "jpeg", "gif", "bmp" };
 
 bool isEntryName(const QString& app)
 {
     return !app.isEmpty() && !app.contains(QLatin1Char('/')) && !app.startsWith(QLatin1Char('.'));
 }
 
+/// The library that reads these writes to the standard error output when one breaks off.
+bool isTornPng(const QString& path)
+{
+    QFile file(path);
+    return !file.open(QIODevice::ReadOnly) || !file.seek(std::max<qint64>(0, file.size() - pngEnd.size()))
+        || file.readAll() != pngEnd;
+}
+
+/// Asked before anything of the picture is read.
+bool isReadable(const QByteArray& format, qint64 length)
+{
+    const bool isKnown = std::ranges::any_of(pictureFormats, [&format](const char* known) { return format == known; });
+    return isKnown && length <= (format == drawing ? largestDrawing : largestPicture);
+}
+
 /// The picture of the file, as large as fits into a square of that many pixels, in its middle. Null when the file holds
-/// no picture.
+/// no picture, or one too large for an icon.
 QImage squareOf(const QString& file, int pixels)
 {
-    if (QFileInfo(file).size() > largestPicture)
-        return {};
     QImageReader reader(file);
     reader.setDecideFormatFromContent(true);
-    QImageReader::setAllocationLimit(largestMegabytes);
+    if (!isReadable(reader.format(), QFileInfo(file).size()) || (reader.format() == "png" && isTornPng(file)))
+        return {};
     const QSize own = reader.size();
     // A drawing is drawn at the size it is shown, rather than drawn and then stretched.
-    if (own.isValid() && (reader.format() == "svg" || reader.format() == "svgz"))
+    if (reader.format() == drawing && own.isValid())
         reader.setScaledSize(own.scaled(pixels, pixels, Qt::KeepAspectRatio).expandedTo({ 1, 1 }));
-    const QImage picture = reader.read().scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    if (picture.isNull())
+    else if (own.width() > largestSide || own.height() > largestSide)
         return {};
+    const QImage whole = reader.read();
+    if (whole.isNull())
+        return {};
+    const QImage picture = whole.scaled(pixels, pixels, Qt::KeepAspectRatio, Qt::SmoothTransformation);
     QImage square(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     square.fill(Qt::transparent);
     QPainter painter(&square);
@@ -62,23 +87,31 @@ Bytes pngOf(const QImage& image)
     return Bytes(buffer.data().begin(), buffer.data().end());
 }
 
-} // namespace
-
-DesktopHomeScreen::DesktopHomeScreen(QStringList dataFolders, QString theme)
-    : _dataFolders(std::move(dataFolders))
-    , _theme(std::move(theme))
+QStringList themeFolders(const QStringList& dataFolders)
 {
+    QStringList folders { QDir::homePath() + QStringLiteral("/.icons") };
+    for (const QString& folder : dataFolders)
+        folders.append(folder + QStringLiteral("/icons"));
+    return folders;
 }
 
-QStringList DesktopHomeScreen::userDataFolders()
+QStringList looseFolders(const QStringList& dataFolders)
 {
-    QString own = qEnvironmentVariable("XDG_DATA_HOME");
-    if (!QDir::isAbsolutePath(own))
-        own = QDir::homePath() + QStringLiteral("/.local/share");
-    QString system = qEnvironmentVariable("XDG_DATA_DIRS");
-    if (system.isEmpty())
-        system = QLatin1String(systemDataFolders);
-    return QStringList { own } + system.split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    QStringList folders;
+    for (const QString& folder : dataFolders)
+        folders << folder + QStringLiteral("/icons") << folder + QStringLiteral("/pixmaps");
+    return folders;
+}
+
+} // namespace
+
+DesktopHomeScreen::DesktopHomeScreen(
+    const QStringList& dataFolders, ChosenTheme theme, std::shared_ptr<WaitBudget> budget)
+    : _dataFolders(dataFolders)
+    , _theme(std::move(theme))
+    , _budget(std::move(budget))
+    , _themes(themeFolders(dataFolders), looseFolders(dataFolders))
+{
 }
 
 Value DesktopHomeScreen::ask(const std::string& service, const std::string& message, const Value& userInfo)
@@ -86,21 +119,20 @@ Value DesktopHomeScreen::ask(const std::string& service, const std::string& mess
     const auto* app = userInfo[messageData].string();
     if (service != iconService || message != iconMessage || !app)
         return {};
+    if (_budget->patience().count() <= 0)
+        return {};
+    const auto start = std::chrono::steady_clock::now();
     const Value icon = archivedIcon(QString::fromStdString(*app));
+    _budget->spend(std::chrono::steady_clock::now() - start);
     return icon.isNull() ? Value() : Value(Dictionary { { messageData, icon } });
 }
 
-Value DesktopHomeScreen::archivedIcon(const QString& app) const
+Value DesktopHomeScreen::archivedIcon(const QString& app)
 {
     const double scale = Phone::current().screenScale;
     const QString name = isEntryName(app) ? iconNameOf(app) : QString();
     const QString file = name.isEmpty() ? QString() : fileOfIcon(name, scale);
-    const QImage square = file.isEmpty() ? QImage() : squareOf(file, static_cast<int>(std::lround(iconPoints * scale)));
-    if (square.isNull())
-        return {};
-    const auto image = UIImage::imageWithData(pngOf(square), scale);
-    auto archive = image ? NSKeyedArchiver::archivedDataWithRootObject(image) : std::nullopt;
-    return archive ? Value(std::move(*archive)) : Value();
+    return file.isEmpty() ? Value() : archiveOf(file, scale);
 }
 
 QString DesktopHomeScreen::iconNameOf(const QString& app) const
@@ -113,17 +145,28 @@ QString DesktopHomeScreen::iconNameOf(const QString& app) const
     return {};
 }
 
-QString DesktopHomeScreen::fileOfIcon(const QString& name, double scale) const
+QString DesktopHomeScreen::fileOfIcon(const QString& name, double scale)
 {
     if (QDir::isAbsolutePath(name))
         return QFileInfo(name).isFile() ? name : QString();
     if (name.contains(QLatin1Char('/')))
         return {};
-    QStringList folders { QDir::homePath() + QStringLiteral("/.icons") };
-    QStringList looseFolders;
-    for (const QString& folder : _dataFolders) {
-        folders.append(folder + QStringLiteral("/icons"));
-        looseFolders << folder + QStringLiteral("/icons") << folder + QStringLiteral("/pixmaps");
-    }
-    return IconTheme(_theme, folders, looseFolders).fileOf(name, iconPoints, static_cast<int>(std::ceil(scale)));
+    return _themes.fileOf(name, _theme(), iconPoints, static_cast<int>(std::ceil(scale)));
+}
+
+Value DesktopHomeScreen::archiveOf(const QString& file, double scale)
+{
+    const QFileInfo info(file);
+    const QString key = QStringLiteral("%1|%2|%3|%4")
+                            .arg(scale)
+                            .arg(info.lastModified().toMSecsSinceEpoch())
+                            .arg(info.size())
+                            .arg(file);
+    const auto known = _archives.constFind(key);
+    if (known != _archives.cend())
+        return *known;
+    const QImage square = squareOf(file, static_cast<int>(std::lround(iconPoints * scale)));
+    const auto image = square.isNull() ? nullptr : UIImage::imageWithData(pngOf(square), scale);
+    auto archive = image ? NSKeyedArchiver::archivedDataWithRootObject(image) : std::nullopt;
+    return *_archives.insert(key, archive ? Value(std::move(*archive)) : Value());
 }

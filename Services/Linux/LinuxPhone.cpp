@@ -1,15 +1,18 @@
 #include "Linux/LinuxPhone.h"
 
 #include "Linux/BluezDevices.h"
+#include "Linux/ChosenIconTheme.h"
 #include "Linux/DesktopHomeScreen.h"
 #include "Linux/LinuxSubscriptions.h"
 #include "Linux/PortalLinks.h"
 #include "Linux/PortalMail.h"
 #include "Linux/SyslogLog.h"
+#include "Linux/UserFolders.h"
 
-#include <QDir>
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <array>
 #include <clocale>
 #include <iostream>
 
@@ -23,12 +26,6 @@ void keepQuiet(QtMsgType type, const QMessageLogContext& /*context*/, const QStr
         std::cerr << text.toStdString() << std::endl;
 }
 
-QString configurationFolder()
-{
-    const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME");
-    return QDir::isAbsolutePath(folder) ? folder : QDir::homePath() + QStringLiteral("/.config");
-}
-
 } // namespace
 
 std::unique_ptr<QCoreApplication> windowlessApplication()
@@ -40,8 +37,11 @@ std::unique_ptr<QCoreApplication> windowlessApplication()
     static char program[] = "tandem";
     static char option[] = "-platform";
     static char platform[] = "offscreen";
-    static char* words[] = { program, option, platform, nullptr };
-    static int count = 3;
+    // The application takes the words that it knows out of the list.
+    static char* words[4];
+    static int count;
+    std::ranges::copy(std::array<char*, 4> { program, option, platform, nullptr }, words);
+    count = 3;
     auto application = std::make_unique<QGuiApplication>(count, words);
     // It has taken the user's locale over; numbers are read and written as before.
     std::setlocale(LC_NUMERIC, "C");
@@ -54,22 +54,28 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
     const BusCaller system(systemBus(), _budget);
     const BusCaller session(sessionBus(), _budget);
     _notifications = std::make_shared<BusNotifications>(session);
-    _appearance = std::make_shared<PortalAppearance>(session);
+    const auto settings = std::make_shared<PortalSettings>(session);
+    _appearance = std::make_shared<PortalAppearance>(settings);
 
     _phone.systemLog = std::make_shared<SyslogLog>();
     _phone.darwinNotifications = _notifications;
-    _phone.pairedDevices = std::make_shared<BluezDevices>(system);
-    _phone.subscriptions =
-        std::make_shared<LinuxSubscriptions>(system, configurationFolder() + QLatin1String(simNamesFile));
-    _phone.homeScreen = std::make_shared<DesktopHomeScreen>(DesktopHomeScreen::userDataFolders());
+    const auto sims =
+        std::make_shared<LinuxSubscriptions>(system, configurationFolders().constFirst() + QLatin1String(simNamesFile));
+    _phone.subscriptions = sims;
+    // The page of devices shows the SIMs too.
+    _phone.pairedDevices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
+    _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
+        dataFolders(), [settings] { return chosenIconTheme(*settings); }, _budget);
     _phone.appearance = _appearance;
-    _phone.mail = std::make_shared<PortalMail>(session, std::move(hostPath));
-    _phone.links = std::make_shared<PortalLinks>(session);
+    const auto acts = std::make_shared<BackgroundActs>(_budget);
+    _phone.mail = std::make_shared<PortalMail>(session.bus(), acts, std::move(hostPath));
+    _phone.links = std::make_shared<PortalLinks>(session.bus(), acts);
 }
 
 LinuxPhone::~LinuxPhone()
 {
-    endTurn();
+    _budget->renew();
+    _notifications->flush();
 }
 
 void LinuxPhone::beginTurn()
@@ -82,6 +88,5 @@ void LinuxPhone::beginTurn()
 
 void LinuxPhone::endTurn()
 {
-    _budget->renew();
     _notifications->flush();
 }

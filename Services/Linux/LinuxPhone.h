@@ -28,13 +28,14 @@ public:
     /// Without property lists, files, images and text measure, which the caller adds.
     Phone phone() const { return _phone; }
 
-    /// Called from the event loop of the main thread after the system's appearance or text size has changed.
+    /// Called from the event loop of the main thread after something that the phone's appearance tells has changed.
     void setAppearanceObserver(std::function<void()> observer) { _appearance->setObserver(std::move(observer)); }
 
     /// To be called before the pages are given an event: takes in what has come meanwhile, and lets daemons that have
     /// failed be asked again.
     void beginTurn();
-    /// To be called after it: what was posted has left the process.
+    /// To be called after it: what was posted has left the process, unless the daemons have taken all the time of the
+    /// turn; it leaves in a later turn then, or at the end.
     void endTurn();
 
 private:

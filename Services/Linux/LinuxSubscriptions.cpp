@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -62,11 +63,27 @@ QString LinuxSubscriptions::carrierOf(const SimCard& card) const
     return known.isEmpty() ? providers().nameOf(card.homeNetwork) : known;
 }
 
+void LinuxSubscriptions::askAhead()
+{
+    _ahead = asked();
+}
+
+/// Both, because most machines have one of them alone and the other costs nothing.
+LinuxSubscriptions::Questions LinuxSubscriptions::asked() const
+{
+    const auto ahead = std::exchange(_ahead, std::nullopt);
+    const unsigned turn = _bus.budget().turn();
+    if (ahead && ahead->turn == turn)
+        return *ahead;
+    return { _bus.ask(modemManagerQuestion()), _bus.ask(ofonoQuestion()), turn };
+}
+
 std::vector<Subscription> LinuxSubscriptions::subscriptions() const
 {
-    std::vector<SimCard> cards = modemManagerSims(_bus);
+    const Questions questions = asked();
+    std::vector<SimCard> cards = modemManagerSims(_bus, _bus.answerTo(questions.modemManager));
     if (cards.empty())
-        cards = ofonoSims(_bus);
+        cards = ofonoSims(_bus, _bus.answerTo(questions.ofono));
     const QHash<QString, QString> names = cards.empty() ? QHash<QString, QString>() : namesIn(_namesFile);
     _regions.clear();
 

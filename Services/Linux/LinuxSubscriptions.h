@@ -24,17 +24,28 @@ public:
     {
     }
 
+    /// Sends the first questions, whose answers are waited for when the SIMs are asked for in the same turn.
+    void askAhead();
+
     // Subscriptions
     std::vector<Subscription> subscriptions() const override;
     /// By the rules of the region of the SIM that has the number; an international number needs none.
     std::string formattedNumber(const std::string& number) const override;
 
 private:
+    struct Questions {
+        BusQuestion modemManager;
+        BusQuestion ofono;
+        unsigned turn;
+    };
+
+    Questions asked() const;
     const MobileProviders& providers() const;
     QString carrierOf(const SimCard& card) const;
 
     BusCaller _bus;
     QString _namesFile;
+    mutable std::optional<Questions> _ahead;
     /// Read when the first SIM needs it.
     mutable std::optional<MobileProviders> _providers;
     /// The home regions of the SIMs that were last asked for, by number.

@@ -90,17 +90,25 @@ SimCard cardIn(const Slot& slot, const QVariantMap& sim)
     if (pathOf(slot.modem->properties, "Sim") != slot.sim)
         return card;
     card.ownNumber = textsOf(slot.modem->properties, "OwnNumbers").value(0);
-    if (isAtHome(*slot.modem))
+    if (isAtHome(*slot.modem)) {
         card.registeredName = textOf(slot.modem->network, "OperatorName");
+        if (card.homeNetwork.isEmpty())
+            card.homeNetwork = textOf(slot.modem->network, "OperatorCode");
+    }
     return card;
 }
 
 } // namespace
 
-std::vector<SimCard> modemManagerSims(const BusCaller& systemBus)
+QDBusMessage modemManagerQuestion()
 {
-    const auto objects = managedObjectsOf(systemBus.call(QDBusMessage::createMethodCall(QLatin1String(service),
-        QLatin1String(rootPath), QLatin1String(objectManager), QStringLiteral("GetManagedObjects"))));
+    return QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(rootPath), QLatin1String(objectManager),
+        QStringLiteral("GetManagedObjects"));
+}
+
+std::vector<SimCard> modemManagerSims(const BusCaller& systemBus, const QDBusMessage& answer)
+{
+    const auto objects = managedObjectsOf(answer);
     if (!objects)
         return {};
     const std::vector<Modem> modems = modemsOf(*objects);

@@ -80,10 +80,14 @@ QString voiceSimOf(const QDBusMessage& reply)
 
 } // namespace
 
-std::vector<SimCard> ofonoSims(const BusCaller& systemBus)
+QDBusMessage ofonoQuestion()
 {
-    std::vector<Modem> modems =
-        modemsOf(systemBus.call(question(QLatin1String(rootPath), managerInterface, "GetModems")));
+    return question(QLatin1String(rootPath), managerInterface, "GetModems");
+}
+
+std::vector<SimCard> ofonoSims(const BusCaller& systemBus, const QDBusMessage& answer)
+{
+    std::vector<Modem> modems = modemsOf(answer);
     std::erase_if(modems, [](const Modem& modem) { return !hasSim(modem); });
     if (modems.empty())
         return {};

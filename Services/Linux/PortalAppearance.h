@@ -1,38 +1,43 @@
 #pragma once
 
-#include "Linux/BusCaller.h"
+#include "Linux/PortalSettings.h"
 #include "Phone/Appearance.h"
 
-#include <QDBusVariant>
-#include <QObject>
-
 #include <functional>
+#include <memory>
+#include <optional>
 
-/// The appearance and the text size that the user chose for the desktop, by way of the settings portal, followed as
-/// they change. Light and of the usual size while there is no portal; one that comes later is read then.
-class PortalAppearance final : public QObject, public Appearance {
-    Q_OBJECT
+/// What the user chose for the desktop: light or dark, the text size, whether things move. It is followed as it
+/// changes; light, of the usual size and moving where nobody tells.
+class PortalAppearance final : public Appearance {
 public:
-    explicit PortalAppearance(BusCaller sessionBus);
+    /// Becomes the observer of the settings.
+    explicit PortalAppearance(std::shared_ptr<PortalSettings> settings);
+    PortalAppearance(const PortalAppearance&) = delete;
+    PortalAppearance& operator=(const PortalAppearance&) = delete;
+    ~PortalAppearance() override { _settings->setObserver(nullptr); }
 
-    /// Called from the event loop of the main thread after either has changed.
+    /// Called from the event loop of the main thread after one of them has changed.
     void setObserver(std::function<void()> observer) { _observer = std::move(observer); }
 
     // Appearance
-    bool isDark() const override { return _isDark; }
-    double textScale() const override { return _textScale; }
-
-private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-    void portalAppeared();
+    bool isDark() const override { return looks().isDark; }
+    double textScale() const override { return looks().textScale; }
+    bool isMotionReduced() const override { return looks().isMotionReduced; }
 
 private:
-    /// True when it is another value than before.
-    bool take(const QString& key, const QVariant& value);
-    void readLater(const QDBusMessage& request, const QString& key);
+    struct Looks {
+        bool isDark = false;
+        double textScale = 1;
+        bool isMotionReduced = false;
+        bool operator==(const Looks&) const = default;
+    };
 
-    BusCaller _bus;
-    bool _isDark = false;
-    double _textScale = 1;
+    Looks read() const;
+    const Looks& looks() const;
+    void update();
+
+    std::shared_ptr<PortalSettings> _settings;
+    mutable std::optional<Looks> _looks;
     std::function<void()> _observer;
 };

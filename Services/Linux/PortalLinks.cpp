@@ -1,6 +1,7 @@
 #include "Linux/PortalLinks.h"
 
 #include "Linux/Portal.h"
+#include "Linux/PortalRequest.h"
 
 #include <QVariantMap>
 
@@ -12,9 +13,15 @@ constexpr const char* openUriInterface = "org.freedesktop.portal.OpenURI";
 
 bool PortalLinks::open(const std::string& url)
 {
-    if (!url.starts_with("https://") && !url.starts_with("http://"))
+    const bool isWebLink = url.starts_with("https://") || url.starts_with("http://");
+    if (!isWebLink || !_bus.isConnected())
         return false;
     QDBusMessage request = portalCall(openUriInterface, "OpenURI");
     request << QString(QLatin1String(noParentWindow)) << QString::fromStdString(url) << QVariantMap();
-    return _bus.call(request).type() == QDBusMessage::ReplyMessage;
+    return _acts->start(
+        [bus = _bus, request] {
+            const PortalOutcome outcome = PortalRequest(bus, request).outcome();
+            return outcome == PortalOutcome::Done || outcome == PortalOutcome::Cancelled;
+        },
+        nullptr);
 }

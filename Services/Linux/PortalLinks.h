@@ -1,13 +1,16 @@
 #pragma once
 
-#include "Linux/BusCaller.h"
+#include "Linux/BackgroundActs.h"
 #include "Phone/Links.h"
+
+#include <QDBusConnection>
 
 /// Opens links by way of the OpenURI portal. Only http and https links are opened.
 class PortalLinks final : public Links {
 public:
-    explicit PortalLinks(BusCaller sessionBus)
+    PortalLinks(QDBusConnection sessionBus, std::shared_ptr<BackgroundActs> acts)
         : _bus(std::move(sessionBus))
+        , _acts(std::move(acts))
     {
     }
 
@@ -15,5 +18,6 @@ public:
     bool open(const std::string& url) override;
 
 private:
-    BusCaller _bus;
+    QDBusConnection _bus;
+    std::shared_ptr<BackgroundActs> _acts;
 };

@@ -1,12 +1,11 @@
 #include "Linux/PortalMail.h"
 
+#include "Linux/MailProgram.h"
 #include "Linux/Portal.h"
+#include "Linux/PortalRequest.h"
 
-#include <QDBusError>
 #include <QDBusMetaType>
 #include <QDBusUnixFileDescriptor>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QVariantMap>
 
 #include <fcntl.h>
@@ -15,7 +14,6 @@
 namespace {
 
 constexpr const char* emailInterface = "org.freedesktop.portal.Email";
-constexpr const char* mailProgram = "xdg-email";
 
 using Descriptors = QList<QDBusUnixFileDescriptor>;
 
@@ -46,25 +44,6 @@ QDBusMessage composeRequest(const MailDraft& draft, const Descriptors& attachmen
     return request;
 }
 
-bool startMailProgram(const MailDraft& draft, const QStringList& files)
-{
-    const QString program = QStandardPaths::findExecutable(QLatin1String(mailProgram));
-    QStringList words { QStringLiteral("--utf8"), QStringLiteral("--subject"), QString::fromStdString(draft.subject),
-        QStringLiteral("--body"), QString::fromStdString(draft.body) };
-    for (const QString& file : files)
-        words << QStringLiteral("--attach") << file;
-    words << QString::fromStdString(draft.recipient);
-    return !program.isEmpty() && QProcess::startDetached(program, words);
-}
-
-/// A portal that was asked and has not answered yet may still show the draft; a second one beside it would be one too
-/// many.
-bool mayStillAnswer(const QDBusMessage& reply)
-{
-    const auto type = QDBusError(reply).type();
-    return type == QDBusError::NoReply || type == QDBusError::Timeout || type == QDBusError::TimedOut;
-}
-
 } // namespace
 
 bool PortalMail::compose(const MailDraft& draft)
@@ -75,10 +54,14 @@ bool PortalMail::compose(const MailDraft& draft)
     const auto attachments = opened(files);
     if (!attachments)
         return false;
-    if (!_bus.isConnected())
-        return startMailProgram(draft, files);
-    const QDBusMessage reply = _bus.call(composeRequest(draft, *attachments));
-    if (reply.type() == QDBusMessage::ReplyMessage)
-        return true;
-    return !mayStillAnswer(reply) && startMailProgram(draft, files);
+    const QDBusMessage request = composeRequest(draft, *attachments);
+    return _acts->start(
+        [bus = _bus, request, draft, files] {
+            const auto outcome = bus.isConnected() ? PortalRequest(bus, request).outcome() : PortalOutcome::Refused;
+            if (outcome == PortalOutcome::Refused)
+                return runMailProgram(draft, files);
+            // One that has not told may still show the draft; a second one beside it would be one too many.
+            return outcome != PortalOutcome::Unknown;
+        },
+        draft.onFailure);
 }

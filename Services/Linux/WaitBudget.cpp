@@ -3,5 +3,6 @@
 void WaitBudget::renew()
 {
     _left = whole;
+    ++_turn;
     _failed.clear();
 }

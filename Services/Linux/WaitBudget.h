@@ -10,21 +10,27 @@
 /// again until then, so that one that hangs is waited for once and not at every question of a page.
 class WaitBudget {
 public:
+    using Duration = std::chrono::steady_clock::duration;
     using Milliseconds = std::chrono::milliseconds;
 
     /// Below the half second that a page may cost, so that what the page does itself has room.
-    static constexpr Milliseconds whole { 400 };
+    static constexpr Milliseconds whole { 450 };
 
     void renew();
-    /// How long the next question may be waited for: half of what is left, so that a daemon that hangs does not take
-    /// the time of those that answer. Zero when it is spent.
-    Milliseconds patience() const { return _left / 2; }
-    void spend(Milliseconds time) { _left = time < _left ? _left - time : Milliseconds::zero(); }
+    /// Another number after each renewal.
+    unsigned turn() const { return _turn; }
+
+    /// How long the next question may be waited for: most of what is left. Questions that do not need each other's
+    /// answers are waited for together, so a slow daemon takes no time of the others; the rest is for what must be
+    /// asked those after one that hangs. Zero when it is spent.
+    Milliseconds patience() const { return std::chrono::floor<Milliseconds>(_left * 4 / 5); }
+    void spend(Duration time) { _left = time < _left ? _left - time : Duration::zero(); }
 
     void noteFailureOf(const std::string& daemon) { _failed.insert(daemon); }
     bool hasFailed(const std::string& daemon) const { return _failed.contains(daemon); }
 
 private:
-    Milliseconds _left = whole;
+    Duration _left = whole;
+    unsigned _turn = 0;
     std::set<std::string> _failed;
 };

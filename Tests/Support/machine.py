@@ -1,8 +1,10 @@
 """A machine for tests: private buses, daemons on them that are mocks of python3-dbusmock or the real ones, and sessions
 with the driver that run on it."""
 
+import json
 import os
 import pathlib
+import shlex
 import signal
 import subprocess
 import sys
@@ -13,7 +15,14 @@ import support
 
 TEMPLATES = pathlib.Path(__file__).parent
 MODEMMANAGER = str(TEMPLATES / "modemmanager.py")
+PORTAL_TEMPLATE = str(TEMPLATES / "portal.py")
+PORTAL = "org.freedesktop.portal.Desktop"
+PORTAL_PATH = "/org/freedesktop/portal/desktop"
 PATIENCE_MS = 60_000
+# What daemons and files may cost a page.
+LONGEST_SECONDS = 0.5
+# Sanitized programs are slower by themselves.
+SLACK = 3 if os.environ.get("TANDEM_SANITIZED") else 1
 MOCK = "org.freedesktop.DBus.Mock"
 
 
@@ -27,11 +36,13 @@ class Bus:
 
     def __init__(self, folder, name):
         address = f"unix:path={folder}/{name}"
+        self.services = folder / f"{name}-services"
+        self.services.mkdir()
         config = folder / f"{name}.conf"
         config.write_text(
             "<!DOCTYPE busconfig PUBLIC '-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN'"
             " 'http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd'>"
-            f"<busconfig><type>session</type><listen>{address}</listen>"
+            f"<busconfig><type>session</type><listen>{address}</listen><servicedir>{self.services}</servicedir>"
             "<policy context='default'><allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/>"
             "<allow own='*'/></policy></busconfig>"
         )
@@ -55,6 +66,11 @@ class Bus:
         )
         values = result.unpack()
         return values[0] if values else None
+
+    def offer(self, name, command):
+        """From now on the bus starts the command when somebody calls the name."""
+        (self.services / f"{name}.service").write_text(f"[D-BUS Service]\nName={name}\nExec={command}\n")
+        self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ReloadConfig")
 
     def wait_for(self, name, present=True):
         """Waits until somebody owns the name, or nobody."""
@@ -133,6 +149,7 @@ class MachineTest(support.PhoneTest):
             DBUS_SESSION_BUS_ADDRESS=self.session.address,
             XDG_RUNTIME_DIR=str(runtime),
             XDG_CONFIG_HOME=str(self.folder / "config"),
+            XDG_CONFIG_DIRS=str(self.folder / "etc"),
             XDG_DATA_DIRS=str(self.folder / "share"),
         )
 
@@ -156,6 +173,28 @@ class MachineTest(support.PhoneTest):
         return self.start_daemon(
             bus, name, path, [python_path(), "-m", "dbusmock", *kind, name, path, interface]
         )
+
+    def portal_command(self, response):
+        """What runs a portal of ours that keeps its records in the folder of the test."""
+        parameters = json.dumps({"folder": str(self.folder), "response": response})
+        return [python_path(), "-m", "dbusmock", "--template", PORTAL_TEMPLATE, "--parameters", parameters]
+
+    def start_portal(self, response=0):
+        return self.start_daemon(self.session, PORTAL, PORTAL_PATH, self.portal_command(response))
+
+    def portal_record(self, name):
+        """The mails or links that the portal was handed."""
+        file = self.folder / name
+        return [json.loads(line) for line in file.read_text().splitlines()] if file.exists() else []
+
+    def offer_portal_that_waits(self):
+        """A portal that the bus starts, and that is not there before the function is called that this returns."""
+        gate = self.folder / "gate"
+        os.mkfifo(gate)
+        script = self.folder / "portal.sh"
+        script.write_text(f"read -r _ <'{gate}'\nexec {shlex.join(self.portal_command(0))}\n")
+        self.session.offer(PORTAL, f"/bin/sh {script}")
+        return lambda: gate.write_text("go\n")
 
     def on_linux(self):
         """A session with the driver on this machine."""

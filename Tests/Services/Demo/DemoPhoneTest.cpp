@@ -1,6 +1,7 @@
 #include "DemoFolder.h"
 
 #include <sys/stat.h>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -24,7 +25,7 @@ class DemoPhoneFile : public DemoFolder { };
 TEST_F(DemoPhoneFile, WholePhone)
 {
     const auto demo = open(R"({
-        "appearance": "dark", "scale": 3,
+        "appearance": "dark", "textScale": 1.5, "reducedMotion": true, "scale": 3,
         "subscriptions": [
             {"uuid": "A-1", "label": "Personal", "phoneNumber": "+12025550143", "carrier": "Larkspur", "userDefaultVoice": true},
             {"uuid": "B-2"}],
@@ -34,6 +35,8 @@ TEST_F(DemoPhoneFile, WholePhone)
     const Phone phone = demo->phone();
 
     EXPECT_TRUE(phone.appearance->isDark());
+    EXPECT_EQ(phone.appearance->textScale(), 1.5);
+    EXPECT_TRUE(phone.appearance->isMotionReduced());
     EXPECT_EQ(phone.screenScale, 3);
     const std::vector<Subscription> sims { { "A-1", "Personal", "+12025550143", "Larkspur", true },
         { "B-2", std::nullopt, std::nullopt, std::nullopt, false } };
@@ -84,6 +87,17 @@ TEST_F(DemoPhoneFile, NullInPlaceOfServices)
     EXPECT_TRUE(demo->photos().empty());
 }
 
+TEST_F(DemoPhoneFile, AppearanceOfWhichAPartIsSaid)
+{
+    const auto looksOf = [this](const char* text) {
+        const auto appearance = open(text)->phone().appearance;
+        return std::tuple(appearance->isDark(), appearance->textScale(), appearance->isMotionReduced());
+    };
+    EXPECT_EQ(looksOf(R"({"appearance": "dark"})"), std::tuple(true, 1.0, false));
+    EXPECT_EQ(looksOf(R"({"textScale": 0.5})"), std::tuple(false, 0.5, false));
+    EXPECT_EQ(looksOf(R"({"reducedMotion": true})"), std::tuple(false, 1.0, true));
+}
+
 TEST_F(DemoPhoneFile, NullInsideSim)
 {
     const Phone phone = open(R"({"subscriptions": [
@@ -119,6 +133,10 @@ TEST_F(DemoPhoneFile, WrongTypes)
         { R"({"scale": 0})", "/scale: expected a number from 1 to 8" },
         { R"({"scale": -2})", "/scale: expected a number from 1 to 8" },
         { R"({"scale": 1e300})", "/scale: expected a number from 1 to 8" },
+        { R"({"textScale": true})", "/textScale: expected a number, found true or false" },
+        { R"({"textScale": 0.4})", "/textScale: expected a number from 0.5 to 3" },
+        { R"({"textScale": 3.1})", "/textScale: expected a number from 0.5 to 3" },
+        { R"({"reducedMotion": 1})", "/reducedMotion: expected true or false, found a number" },
         { R"({"subscriptions": {}})", "/subscriptions: expected a list, found an object" },
         { R"({"subscriptions": [{"uuid": "A"}, 7]})", "/subscriptions/1: expected an object, found a number" },
         { R"({"subscriptions": [{}]})", "/subscriptions/0/uuid: expected a string, found nothing" },

@@ -1,66 +1,30 @@
 #include "Linux/BusNotifications.h"
 
-#include <QCoreApplication>
-#include <QEventLoop>
-#include <QProcess>
-#include <QTimer>
+#include "PrivateBus.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-constexpr int patienceMilliseconds = 60'000;
 constexpr std::size_t many = 10'000;
 
-/// A bus of the test's own, with two clients on it.
+/// Two clients of one bus.
 class NotificationBus : public ::testing::Test {
 protected:
-    NotificationBus()
-    {
-        _daemon.setStandardErrorFile(QProcess::nullDevice());
-        _daemon.start(QStringLiteral("dbus-daemon"),
-            { QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address") });
-        while (!_daemon.canReadLine() && _daemon.waitForReadyRead(patienceMilliseconds)) { }
-        const QString address = QString::fromUtf8(_daemon.readLine()).trimmed();
-        poster = std::make_unique<BusNotifications>(clientOf(address, "poster"));
-        listener = std::make_unique<BusNotifications>(clientOf(address, "listener"));
-    }
-    ~NotificationBus() override
-    {
-        poster.reset();
-        listener.reset();
-        for (const char* name : { "poster", "listener" })
-            QDBusConnection::disconnectFromBus(QLatin1String(name));
-        _daemon.kill();
-        _daemon.waitForFinished();
-    }
-
-    static BusCaller clientOf(const QString& address, const char* name)
-    {
-        return { QDBusConnection::connectToBus(address, QLatin1String(name)), std::make_shared<WaitBudget>() };
-    }
-
     /// Takes in what comes until there are so many names.
     static void waitFor(const std::vector<std::string>& names, std::size_t count)
     {
-        bool isLate = false;
-        QTimer alarm;
-        alarm.setSingleShot(true);
-        QObject::connect(&alarm, &QTimer::timeout, [&] { isLate = true; });
-        alarm.start(patienceMilliseconds);
-        while (names.size() < count && !isLate)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        PrivateBus::waitUntil([&] { return names.size() >= count; });
     }
 
-    std::unique_ptr<BusNotifications> poster;
-    std::unique_ptr<BusNotifications> listener;
-
 private:
-    int _count = 1;
-    char _name[5] = "test";
-    char* _words[2] = { _name, nullptr };
-    QCoreApplication _application { _count, _words };
-    QProcess _daemon;
+    PrivateBus _bus;
+
+protected:
+    std::unique_ptr<BusNotifications> poster =
+        std::make_unique<BusNotifications>(_bus.caller(QStringLiteral("poster")));
+    std::unique_ptr<BusNotifications> listener =
+        std::make_unique<BusNotifications>(_bus.caller(QStringLiteral("listener")));
 };
 
 TEST_F(NotificationBus, TenThousandAreDeliveredInOrderToTheListenerAndToThePoster)

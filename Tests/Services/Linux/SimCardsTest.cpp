@@ -16,7 +16,7 @@ TEST(SimKeys, AreNameBasedAndInUpperCase)
     EXPECT_EQ(key, simKeyOf("8949020000012345678"));
     EXPECT_NE(key, simKeyOf("8949020000012345679"));
     EXPECT_EQ(key.find_first_of("abcdef"), std::string::npos);
-    // Logos and bindings of users are kept by it.
+    // Logos and bindings of users are kept by it. As Python's uuid.uuid5 makes it.
     EXPECT_EQ(key, "8520BC74-15A6-591D-ABFE-4FDDBCCCE293");
 }
 
@@ -78,15 +78,19 @@ TEST(Providers, ListThatIsMissingOrRubbish)
 TEST(WaitBudgets, AreSpentOnceAndRenewed)
 {
     WaitBudget budget;
+    const unsigned turn = budget.turn();
     budget.spend(WaitBudget::whole - std::chrono::milliseconds(10));
-    EXPECT_EQ(budget.patience().count(), 5);
+    EXPECT_EQ(budget.patience().count(), 8);
+    budget.spend(std::chrono::microseconds(1));
+    EXPECT_EQ(budget.patience().count(), 7);
     budget.spend(std::chrono::milliseconds(50));
     EXPECT_EQ(budget.patience().count(), 0);
     budget.noteFailureOf("a");
     EXPECT_TRUE(budget.hasFailed("a"));
     budget.renew();
-    EXPECT_EQ(budget.patience(), WaitBudget::whole / 2);
+    EXPECT_EQ(budget.patience(), WaitBudget::whole * 4 / 5);
     EXPECT_FALSE(budget.hasFailed("a"));
+    EXPECT_NE(budget.turn(), turn);
 }
 
 } // namespace

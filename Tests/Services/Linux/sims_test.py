@@ -128,6 +128,47 @@ class ModemManagerTest(SimsTest):
         self.assertIn("Telekom", label)
         self.assertEqual(detail, f"{label} - ")
 
+    def test_name_of_the_network_at_home_before_that_on_the_card(self):
+        modem = self.add_modem()
+        self.add_sim(modem, name="Card")
+        self.control("Register", "(suss)", modem, HOME, TELEKOM, "Network")
+        self.assertEqual(self.sims(), [("Network", key_of(FIRST), "Network - ")])
+        self.control("Register", "(suss)", modem, ROAMING, SWISSCOM, "Swisscom")
+        self.assertEqual(self.sims(), [("Card", key_of(FIRST), "Card - ")])
+
+    def test_card_that_does_not_tell_its_network(self):
+        modem = self.add_modem()
+        self.add_sim(modem, network="", number="015112345678")
+        self.control("Register", "(suss)", modem, HOME, TELEKOM, "")
+        [(label, _, detail)] = self.sims()
+        self.assertIn("Telekom", label)
+        self.assertEqual(detail, f"{label} - 01511 2345678")
+
+    def test_number_is_written_as_at_home_also_abroad(self):
+        modem = self.add_modem()
+        self.add_sim(modem, number="015112345678", name="T")
+        self.control("Register", "(suss)", modem, ROAMING, SWISSCOM, "Swisscom")
+        self.assertEqual(self.sims(), [("T", key_of(FIRST), "T - 01511 2345678")])
+
+    def test_slot_that_is_not_in_use_has_no_number_and_no_network(self):
+        modem = self.add_modem(slots=2)
+        self.add_sim(modem, 1, FIRST, number="+4915112345678")
+        self.add_sim(modem, 2, SECOND, network="99999")
+        self.control("Register", "(suss)", modem, HOME, TELEKOM, "Telekom.de")
+        self.assertEqual(
+            self.sims(),
+            [
+                ("Telekom.de", key_of(FIRST), "Telekom.de - +49 1511 2345678"),
+                ("SIM 2", key_of(SECOND), ""),
+            ],
+        )
+
+    def test_locked_sim_that_hides_its_number_beside_another(self):
+        modem = self.add_modem(slots=2)
+        self.add_sim(modem, 1, iccid="", name="Locked")
+        self.add_sim(modem, 2, SECOND, name="Open")
+        self.assertEqual(self.sims(), [("Open", key_of(SECOND), "Open - ")])
+
     def test_locked_sim(self):
         modem = self.add_modem()
         self.add_sim(modem, name="Carrier")
@@ -201,6 +242,37 @@ class OfonoTest(SimsTest):
         self.ofono.mock("AddModem", GLib.Variant("(sa{sv})", ("ril_1", {})))
         self.assertEqual(
             self.iccids(), [key_of(f"89358123400000000000{n}") for n in (0, 2, 1)]
+        )
+
+    def set_network(self, path, **properties):
+        self.ofono.mock(
+            "UpdateProperties", GLib.Variant("(sa{sv})", ("org.ofono.NetworkRegistration", properties)), path
+        )
+
+    def test_roaming_shows_the_carrier_at_home(self):
+        self.set_network("/ril_0", Status=GLib.Variant("s", "registered"), Name=GLib.Variant("s", "Network"))
+        self.set_sim(
+            "/ril_0", MobileCountryCode=GLib.Variant("s", "262"), MobileNetworkCode=GLib.Variant("s", "01"),
+            SubscriberNumbers=GLib.Variant("as", ["015112345678"]),
+        )
+        self.assertEqual([(label, detail) for label, _, detail in self.sims()], [("Network", "Network - 01511 2345678")])
+        self.set_network("/ril_0", Status=GLib.Variant("s", "roaming"))
+        [(label, _, detail)] = self.sims()
+        self.assertIn("Telekom", label)
+        self.assertEqual(detail, f"{label} - 01511 2345678")
+        name = ("org.ofono.SimManager", "ServiceProviderName", GLib.Variant("s", "Card"))
+        self.ofono.mock("AddProperty", GLib.Variant("(ssv)", name), "/ril_0")
+        self.assertEqual([label for label, _, _ in self.sims()], ["Card"])
+
+    def test_locked_sim_that_hides_its_number(self):
+        self.set_sim("/ril_0", CardIdentifier=GLib.Variant("s", ""), PinRequired=GLib.Variant("s", "pin"))
+        self.assertEqual(self.sims(), [])
+
+    def test_first_sim_is_the_default_line_where_the_system_has_none(self):
+        self.ofono.mock("AddModem", GLib.Variant("(sa{sv})", ("ril_1", {})))
+        self.assertEqual(
+            self.marks_of_a_new_binding(),
+            {key_of("893581234000000000000"): 3, key_of("893581234000000000001"): 0},
         )
 
     def test_absent_sim(self):

@@ -9,12 +9,13 @@ import unittest
 
 from gi.repository import GLib
 
-from machine import MODEMMANAGER, MachineTest
+import modemmanager
+from machine import LONGEST_SECONDS, MODEMMANAGER, PORTAL, PORTAL_PATH, SLACK, MachineTest
 
-LONGEST_SECONDS = 0.5
-# Sanitized programs are slower by themselves.
-SLACK = 3 if os.environ.get("TANDEM_SANITIZED") else 1
 ATTEMPTS = 3
+SLOW_SECONDS = 0.3
+ALL_OBJECTS = "ret = {dbus.ObjectPath(p): objects[p].props for p in objects if p != '/'}"
+ADDRESS = "11:22:33:44:55:66"
 
 OBJECT_MANAGER = "org.freedesktop.DBus.ObjectManager"
 PROPERTIES = "org.freedesktop.DBus.Properties"
@@ -22,8 +23,6 @@ BLUEZ = "org.bluez"
 MODEMS = "org.freedesktop.ModemManager1"
 MODEMS_PATH = "/org/freedesktop/ModemManager1"
 OFONO = "org.ofono"
-PORTAL = "org.freedesktop.portal.Desktop"
-PORTAL_PATH = "/org/freedesktop/portal/desktop"
 
 RUBBISH = [
     ("s", "ret = 'rubbish'"),
@@ -35,6 +34,11 @@ RUBBISH = [
     ("v", "ret = dbus.Array([1, 2], signature='i', variant_level=1)"),
     ("a(oa{sv})", "ret = [('/a', {'Interfaces': 7}), ('/b', {'Interfaces': ['org.ofono.SimManager']})]"),
     ("a{oa{sv}}", "ret = {'/a': {'Address': 'x'}}"),
+    (
+        "a{sa{sv}}",
+        "ret = {'org.freedesktop.appearance': {'color-scheme': 'x', 'reduced-motion': [1.5]},"
+        " 'org.gnome.desktop.interface': {'text-scaling-factor': 'x', 'icon-theme': 5, 'enable-animations': 'no'}}",
+    ),
     (
         "a{oa{sa{sv}}}",
         "ret = {'/a': {'org.bluez.Device1': {'Address': 5, 'Paired': True, 'Name': ['x']}},"
@@ -63,6 +67,19 @@ class TroubleTest(MachineTest):
             rows = driver.rows()
             driver.close()
         return best, rows
+
+    def add_device(self, bluez):
+        bluez.call("org.bluez.Mock", "AddAdapter", GLib.Variant("(ss)", ("hci0", "hci0")))
+        bluez.call("org.bluez.Mock", "AddDevice", GLib.Variant("(sss)", ("hci0", ADDRESS, "Car")))
+        bluez.call("org.bluez.Mock", "PairDevice", GLib.Variant("(ssi)", ("hci0", ADDRESS, 0)))
+
+    def add_sim(self, modems):
+        modem = modems.call("com.vexil.Mock", "AddModem", GLib.Variant("(su)", ("a", 1)))
+        sim = (modem, 1, "8949020000012345678", "26201", "Carrier")
+        return modems.call("com.vexil.Mock", "AddSim", GLib.Variant("(susss)", sim))
+
+    def be_slow(self, daemon, interface, method, signature, code):
+        daemon.answer(interface, method, signature, f"import time; time.sleep({SLOW_SECONDS})\n{code}")
 
     def check_quick_and_empty(self, page):
         seconds, rows = self.seconds_to_open(page)
@@ -96,19 +113,40 @@ class TroubleTest(MachineTest):
     def test_one_daemon_that_hangs_does_not_keep_the_others_from_answering(self):
         self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
         bluez = self.mock_template("bluez5", BLUEZ, "/")
-        bluez.call("org.bluez.Mock", "AddAdapter", GLib.Variant("(ss)", ("hci0", "hci0")))
-        arguments = ("hci0", "11:22:33:44:55:66")
-        bluez.call("org.bluez.Mock", "AddDevice", GLib.Variant("(sss)", (*arguments, "Car")))
-        bluez.call("org.bluez.Mock", "PairDevice", GLib.Variant("(ssi)", (*arguments, 0)))
+        self.add_device(bluez)
         seconds, rows = self.seconds_to_open("bluetooth")
         self.assertEqual([row["name"] for row in rows if row["name"]], ["Car"])
         self.assertLess(seconds, LONGEST_SECONDS * SLACK)
 
+    def test_daemons_that_are_slow_to_answer_the_first_question(self):
+        bluez = self.mock_template("bluez5", BLUEZ, "/")
+        self.add_device(bluez)
+        modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
+        self.add_sim(modems)
+        ofono = self.mock_template("ofono", OFONO, "/")
+        self.on_linux().open("bluetooth").ask("set", row=ADDRESS, value=True)
+        # They answer what they would have answered at once.
+        self.be_slow(bluez, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", ALL_OBJECTS)
+        self.be_slow(modems, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", modemmanager.MANAGED_OBJECTS)
+        self.be_slow(ofono, "org.ofono.Manager", "GetModems", "a(oa{sv})", "ret = []")
+        seconds, rows = self.seconds_to_open("bluetooth")
+        print("all daemons answer after 300 ms: %.0f ms" % (1000 * seconds))
+        self.assertEqual([row["name"] for row in rows if row["name"]], ["Car", "Default SIM", "Carrier"])
+        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+        seconds, rows = self.seconds_to_open("sims")
+        self.assertEqual(rows[0]["name"], "SIM 1")
+        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+
+    def test_daemon_that_hangs_does_not_keep_the_one_that_is_asked_next_from_answering(self):
+        self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
+        self.mock_template("ofono", OFONO, "/")
+        seconds, rows = self.seconds_to_open("sims")
+        self.assertEqual(rows[0]["name"], "SIM 1")
+        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+
     def test_daemon_that_wakes_is_right_at_the_next_build(self):
         modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
-        modem = modems.call("com.vexil.Mock", "AddModem", GLib.Variant("(su)", ("a", 1)))
-        sim = (modem, 1, "8949020000012345678", "26201", "One")
-        modems.call("com.vexil.Mock", "AddSim", GLib.Variant("(susss)", sim))
+        self.add_sim(modems)
         modems.hang()
         driver = self.on_linux().open("sims")
         self.assertEqual(driver.rows(), [])
@@ -136,7 +174,7 @@ class TroubleTest(MachineTest):
         portal = self.mock_daemon(self.session, PORTAL, PORTAL_PATH, "org.freedesktop.portal.Settings")
         for signature, code in RUBBISH:
             with self.subTest(signature=signature, code=code):
-                portal.answer("org.freedesktop.portal.Settings", "Read", signature, code)
+                portal.answer("org.freedesktop.portal.Settings", "ReadAll", signature, code)
                 for daemon, interface, method in daemons:
                     daemon.answer(interface, method, signature, code)
                 for page in ("bluetooth", "sims"):
@@ -144,9 +182,7 @@ class TroubleTest(MachineTest):
 
     def test_daemon_that_dies_in_the_middle(self):
         modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
-        modem = modems.call("com.vexil.Mock", "AddModem", GLib.Variant("(su)", ("a", 1)))
-        sim = (modem, 1, "8949020000012345678", "26201", "One")
-        path = modems.call("com.vexil.Mock", "AddSim", GLib.Variant("(susss)", sim))
+        path = self.add_sim(modems)
         modems.answer(PROPERTIES, "GetAll", "a{sv}", "import os; os._exit(1)", path)
         modems.answer(OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", "import os; os._exit(1)")
         driver = self.on_linux()
@@ -208,8 +244,10 @@ class RealDaemonsTest(TroubleTest):
             self.skipTest(f"{program} does not start here")
 
     def test_bluetoothd(self):
-        self.start(BLUEZ, "/", "bluetoothd", "--nodetach", "--configfile=/dev/null")
+        daemon = self.start(BLUEZ, "/", "bluetoothd", "--nodetach", "--configfile=/dev/null")
         print("bluetoothd: %.0f ms" % (1000 * self.check_quick_and_empty("bluetooth")))
+        if daemon.process.poll() is not None:
+            self.skipTest("bluetoothd took its name and ended: this machine's kernel has no Bluetooth")
 
     def test_modem_manager(self):
         self.start(MODEMS, MODEMS_PATH, "ModemManager", "--test-session", "--test-no-udev", "--test-no-suspend-resume")

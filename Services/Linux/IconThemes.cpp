@@ -1,7 +1,8 @@
-#include "Linux/IconTheme.h"
+#include "Linux/IconThemes.h"
 
 #include "Linux/KeyFile.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -27,6 +28,8 @@ struct Directory {
     int smallest = 0;
     int largest = 0;
     int scale = 1;
+    /// Where it is, in the order of the folders.
+    QStringList paths;
 };
 
 int numberIn(const KeyFile& index, const QString& group, const char* key, int missing)
@@ -74,6 +77,7 @@ int distance(const Directory& directory, int size, int scale)
     return 1;
 }
 
+/// Empty when there is none.
 QString pictureNamed(const QString& path)
 {
     for (const char* suffix : suffixes) {
@@ -84,8 +88,17 @@ QString pictureNamed(const QString& path)
     return {};
 }
 
-/// One theme, spread over several folders.
-class Theme {
+QStringList existing(const QStringList& paths)
+{
+    QStringList found;
+    std::ranges::copy_if(paths, std::back_inserter(found), [](const QString& path) { return QFileInfo(path).isDir(); });
+    return found;
+}
+
+} // namespace
+
+/// One theme, spread over several folders, as it was when it was read.
+class IconThemes::Theme {
 public:
     Theme(const QString& name, const QStringList& folders)
     {
@@ -96,8 +109,11 @@ public:
             if (_directories.empty() && index.hasGroup(QLatin1String(themeGroup)))
                 readIndex(index);
         }
+        _times = times();
+        findDirectories();
     }
 
+    bool hasChanged() const { return _times != times(); }
     const QStringList& parents() const { return _parents; }
 
     QString fileOf(const QString& icon, int size, int scale) const
@@ -107,8 +123,8 @@ public:
             byDistance.emplace_back(distance(directory, size, scale), &directory);
         std::ranges::stable_sort(byDistance, {}, &std::pair<int, const Directory*>::first);
         for (const auto& [ignored, directory] : byDistance) {
-            for (const QString& path : _paths) {
-                const QString file = pictureNamed(path + QLatin1Char('/') + directory->name + QLatin1Char('/') + icon);
+            for (const QString& path : directory->paths) {
+                const QString file = pictureNamed(path + QLatin1Char('/') + icon);
                 if (!file.isEmpty())
                     return file;
             }
@@ -127,42 +143,74 @@ private:
         }
     }
 
+    /// Most themes lie in one folder, and hicolor lists far more directories than there are.
+    void findDirectories()
+    {
+        const QStringList paths = existing(_paths);
+        for (Directory& directory : _directories) {
+            QStringList wanted;
+            for (const QString& path : paths)
+                wanted.append(path + QLatin1Char('/') + directory.name);
+            directory.paths = existing(wanted);
+        }
+        std::erase_if(_directories, [](const Directory& directory) { return directory.paths.isEmpty(); });
+    }
+
+    QList<QDateTime> times() const
+    {
+        QList<QDateTime> times;
+        for (const QString& path : _paths)
+            times << QFileInfo(path).lastModified() << QFileInfo(path + QLatin1String(indexFile)).lastModified();
+        return times;
+    }
+
     QStringList _paths;
+    QList<QDateTime> _times;
     QStringList _parents;
     std::vector<Directory> _directories;
 };
 
-} // namespace
-
-IconTheme::IconTheme(QString theme, QStringList folders, QStringList looseFolders)
-    : _theme(std::move(theme))
-    , _folders(std::move(folders))
+IconThemes::IconThemes(QStringList folders, QStringList looseFolders)
+    : _folders(std::move(folders))
     , _looseFolders(std::move(looseFolders))
 {
 }
 
-QString IconTheme::fileOf(const QString& icon, int size, int scale) const
+IconThemes::~IconThemes() = default;
+
+const IconThemes::Theme& IconThemes::themeNamed(const QString& name)
 {
-    QStringList waiting { _theme };
+    std::shared_ptr<const Theme>& theme = _themes[name];
+    if (!theme || theme->hasChanged())
+        theme = std::make_shared<Theme>(name, _folders);
+    return *theme;
+}
+
+QString IconThemes::fileOf(const QString& icon, const QString& theme, int size, int scale)
+{
+    QStringList waiting { theme };
     QStringList seen { QLatin1String(lastTheme) };
     while (!waiting.isEmpty()) {
         const QString name = waiting.takeFirst().trimmed();
-        if (name.isEmpty() || seen.contains(name))
+        if (name.isEmpty() || name.contains(QLatin1Char('/')) || seen.contains(name))
             continue;
         seen.append(name);
-        const Theme theme(name, _folders);
-        const QString file = theme.fileOf(icon, size, scale);
+        const Theme& next = themeNamed(name);
+        const QString file = next.fileOf(icon, size, scale);
         if (!file.isEmpty())
             return file;
-        waiting = theme.parents() + waiting;
+        waiting = next.parents() + waiting;
     }
-    const QString file = Theme(QLatin1String(lastTheme), _folders).fileOf(icon, size, scale);
-    if (!file.isEmpty())
-        return file;
+    const QString file = themeNamed(QLatin1String(lastTheme)).fileOf(icon, size, scale);
+    return file.isEmpty() ? looseFileOf(icon) : file;
+}
+
+QString IconThemes::looseFileOf(const QString& icon) const
+{
     for (const QString& folder : _looseFolders) {
-        const QString loose = pictureNamed(folder + QLatin1Char('/') + icon);
-        if (!loose.isEmpty())
-            return loose;
+        const QString file = pictureNamed(folder + QLatin1Char('/') + icon);
+        if (!file.isEmpty())
+            return file;
     }
     return {};
 }

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "Linux/PortalSettings.h"
+
+/// The icon theme that the user chose for the desktop: the one that the portal tells of, else the one in the settings
+/// file of the desktop or of GTK. Empty where nobody says.
+QString chosenIconTheme(PortalSettings& portal);
