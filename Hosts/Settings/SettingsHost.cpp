@@ -48,11 +48,13 @@ std::shared_ptr<SettingsHost> SettingsHost::open(const HostOptions& options, std
         error);
     if (!host->_session)
         return nullptr;
-    host->_theme->setDark(Phone::current().appearance && Phone::current().appearance->isDark());
+    host->_session->setAppearanceObserver([&host = *host] { host.followAppearance(); });
     UIViewAnimations::shared().setObserver(
         [&host = *host](const UIViewAnimation& animation) { host._fadeSeconds = animation.duration; });
     if (!host->_session->openRootPage(host, firstSize, error))
         return nullptr;
+    // The desktop has had the time of all the above to answer.
+    host->followAppearance();
     host->showNotice();
     return host;
 }
@@ -131,6 +133,12 @@ void SettingsHost::followPalette()
 {
     const QPalette palette = QGuiApplication::palette();
     setDark(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness());
+}
+
+void SettingsHost::followAppearance()
+{
+    if (const auto& appearance = Phone::current().appearance)
+        _theme->follow(*appearance);
 }
 
 void SettingsHost::setDark(bool dark)

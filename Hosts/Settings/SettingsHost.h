@@ -75,6 +75,7 @@ private:
     void catchUp();
     void watchSettings();
     void followPalette();
+    void followAppearance();
 
     std::unique_ptr<Theme> _theme;
     std::unique_ptr<HostSession> _session;

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QPointer>
 #include <QStandardPaths>
 
 namespace {
@@ -17,6 +18,7 @@ namespace {
 constexpr const char* outboxDirectory = "/var/mobile/Library/Caches/com.vexil.tandem";
 constexpr const char* outboxPicture = "/var/mobile/Library/Caches/com.vexil.tandem/Pairo.png";
 constexpr int mostCopies = 1000;
+constexpr const char* noMailProgram = QT_TRANSLATE_NOOP("SheetModel", "No mail program could be reached.");
 
 SheetModel::Kind kindOf(const UIViewController& controller)
 {
@@ -168,12 +170,16 @@ void SheetModel::mail()
 {
     const Phone& phone = Phone::current();
     MailDraft draft { "", "", message().toStdString(), {} };
+    draft.onFailure = [sheet = QPointer(this)] {
+        if (sheet)
+            sheet->setOutcome(tr(noMailProgram));
+    };
     const auto png = activity() ? UIImagePNGRepresentation(activity()->image()) : std::nullopt;
     if (png && phone.files && !phone.files->createDirectory(outboxDirectory)
         && !phone.files->replace(outboxPicture, *png))
         draft.attachments.emplace_back(outboxPicture);
     const bool composed = phone.mail && phone.mail->compose(draft);
-    setOutcome(composed ? tr("Handed to the mail program") : tr("No mail program could be reached."));
+    setOutcome(composed ? tr("Handed to the mail program") : tr(noMailProgram));
 }
 
 void SheetModel::setOutcome(const QString& outcome)

@@ -1,6 +1,10 @@
 #include "Theme.h"
 
+#include "Phone/Appearance.h"
 #include "UIKit/UIFont.h"
+
+#include <QGuiApplication>
+#include <QScreen>
 
 #include <algorithm>
 #include <utility>
@@ -8,11 +12,28 @@
 namespace {
 
 constexpr double greatestTextScale = 2;
+constexpr double usualDpi = 96;
 /// The first of these that is installed shows the system font; the last is always there.
 const QStringList systemFamilies { QStringLiteral("Inter"), QStringLiteral("Cantarell"), QStringLiteral("Noto Sans"),
     QStringLiteral("DejaVu Sans"), QStringLiteral("sans-serif") };
 
+/// How much larger than usual the toolkit was told to make texts, where desktops say it so.
+double toolkitTextScale()
+{
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    return screen ? screen->logicalDotsPerInch() / usualDpi : 1;
+}
+
 } // namespace
+
+void Theme::follow(const Appearance& appearance)
+{
+    setDark(appearance.isDark());
+    if (_following.textScale)
+        setTextScale(std::max(appearance.textScale(), toolkitTextScale()));
+    if (_following.motion)
+        setAnimated(!appearance.isMotionReduced());
+}
 
 template <class T>
 void Theme::change(T& current, T wanted)

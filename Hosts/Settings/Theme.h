@@ -7,6 +7,7 @@
 #include <QObject>
 #include <qqmlregistration.h>
 
+class Appearance;
 struct UIFont;
 
 /// The colours of a phone's Settings that no view carries, and how the user wants texts and movement. One a window;
@@ -32,6 +33,16 @@ class Theme : public QObject {
 
 public:
     using QObject::QObject;
+
+    /// What of the system's wishes the window follows: the rest was chosen for this window alone.
+    struct Following {
+        bool textScale = false;
+        bool motion = false;
+    };
+
+    void setFollowing(Following following) { _following = following; }
+    /// Takes over what the system wants, as it is now.
+    void follow(const Appearance& appearance);
 
     bool isDark() const { return _dark; }
     void setDark(bool dark);
@@ -76,6 +87,7 @@ private:
     bool _animated = true;
     bool _showsFocus = false;
     double _textScale = 1;
+    Following _following;
 };
 
 QColor colorOf(const UIColor& color);

@@ -17,7 +17,6 @@ namespace {
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;
 constexpr double usualPoints = 17;
-constexpr double usualDpi = 96;
 /// By this the user chooses how the toolkit draws.
 constexpr const char* graphicsVariable = "QSG_RHI_BACKEND";
 /// Pictures have so many pixels a point.
@@ -29,20 +28,14 @@ int fail(const QString& message, int code)
     return code;
 }
 
-/// The size of texts that the user has set for the whole system.
-double systemTextScale()
-{
-    const QScreen* screen = QGuiApplication::primaryScreen();
-    return screen ? screen->logicalDotsPerInch() / usualDpi : 1;
-}
-
 std::unique_ptr<Theme> themeFor(const WindowOptions& options)
 {
     auto theme = std::make_unique<Theme>();
-    theme->setTextScale(options.textScale.value_or(options.pictures ? 1 : systemTextScale()));
+    theme->setTextScale(options.textScale.value_or(1));
     theme->setMirrored(
         options.mirrored || QGuiApplication::isRightToLeft() || QLocale().textDirection() == Qt::RightToLeft);
     theme->setAnimated(!options.reducedMotion && !options.pictures);
+    theme->setFollowing({ !options.textScale && !options.pictures, !options.reducedMotion && !options.pictures });
     return theme;
 }
 

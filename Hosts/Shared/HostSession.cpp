@@ -204,4 +204,6 @@ void HostSession::appearanceChanged()
         return;
     for (const auto& controller : _navigation->viewControllers())
         controller->traitCollectionDidChange();
+    if (_appearanceObserver)
+        _appearanceObserver();
 }

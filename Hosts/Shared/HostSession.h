@@ -48,6 +48,8 @@ public:
     /// What the user is to be told once, as that a damaged file was replaced; absent for nothing.
     const std::optional<std::string>& notice() const { return _notice; }
 
+    /// Called after something that the phone's appearance tells has changed, when the pages have been told.
+    void setAppearanceObserver(std::function<void()> observer) { _appearanceObserver = std::move(observer); }
     /// The system changes its appearance. False on a phone without one, or with one that the user changes elsewhere.
     bool setDarkAppearance(bool dark);
 
@@ -75,4 +77,5 @@ private:
     std::shared_ptr<UINavigationController> _navigation;
     std::shared_ptr<PSListController> _root;
     std::optional<std::string> _notice;
+    std::function<void()> _appearanceObserver;
 };

@@ -104,17 +104,24 @@ WindowTest::~WindowTest()
 
 void WindowTest::openWindow(Motion motion)
 {
+    auto theme = std::make_unique<Theme>();
+    theme->setAnimated(motion == Motion::Shown);
+    openWindowOn(std::move(theme), nullptr);
+}
+
+void WindowTest::openWindowOn(std::unique_ptr<Theme> theme, const HostSession::PhoneDecorator& exchange)
+{
     _events = std::make_shared<EventLog>();
     HostOptions options;
     options.root = _root.path().toStdString();
     if (!_phone.empty())
         options.phone = _phone;
-    auto theme = std::make_unique<Theme>();
-    theme->setAnimated(motion == Motion::Shown);
     std::string error;
     const auto host = SettingsHost::open(
         options, std::move(theme),
-        [this](Phone& phone) {
+        [&](Phone& phone) {
+            if (exchange)
+                exchange(phone);
             _events->decorate(phone);
             _events->observeProcess();
         },

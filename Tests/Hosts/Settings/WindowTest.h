@@ -29,6 +29,8 @@ protected:
     ~WindowTest() override;
 
     void openWindow(Motion motion = Motion::Reduced);
+    /// With that look, on a phone some of whose services the test has exchanged; null for none.
+    void openWindowOn(std::unique_ptr<Theme> theme, const HostSession::PhoneDecorator& exchange);
     void closeWindow() { _window.reset(); }
     SettingsHost& host() { return _window->host(); }
     PageModel& page() { return *host().topPage(); }
