@@ -84,7 +84,7 @@ void PageModel::pageDidLoad()
 {
     if (const auto& titleView = _controller->navigationItem().titleView) {
         const float shown = UIViewAnimations::shared().presentedAlpha(*titleView);
-        if (shown < titleView->alpha() && theme()->isAnimated())
+        if (shown < titleView->alpha())
             _titleFade = static_cast<int>(_host.lastFadeSeconds() * millisecondsPerSecond);
     }
     if (_list)

@@ -50,7 +50,7 @@ public:
     QColor barTextColor() const;
     PictureHandle titlePicture() const;
     /// Milliseconds in which the title picture comes up; 0 for at once.
-    int titleFade() const { return _titleFade; }
+    int titleFade() const { return theme()->isAnimated() ? _titleFade : 0; }
     bool isFirst() const { return _first; }
     PictureHandle leftPicture() const;
     /// What the button at the end of the bar is called; empty without one.
