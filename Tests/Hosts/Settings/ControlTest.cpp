@@ -1,3 +1,4 @@
+#include "Hand.h"
 #include "WindowTest.h"
 
 #include <QSignalSpy>
@@ -49,7 +50,7 @@ TEST_F(ControlTest, SliderWritesOnceWhenTheFingerLetsGo)
 {
     openWindow();
     openPage("Calls");
-    QPointingDevice* screen = QTest::createTouchDevice();
+    QPointingDevice* screen = touchScreen();
     PageRowItem* row = item("TandemSimSelectionTimeForCalls");
     ASSERT_TRUE(row);
     const QPoint thumb = inWindow(*row, row->thumbFrame().center());
@@ -83,7 +84,7 @@ TEST_F(ControlTest, EdgeSwipeGoesBack)
 {
     openWindow();
     openPage("Calls");
-    QPointingDevice* screen = QTest::createTouchDevice();
+    QPointingDevice* screen = touchScreen();
     QTest::touchEvent(_window.get(), screen).press(0, { 5, 300 }, _window.get());
     for (int x = 15; x <= 300; x += 15)
         QTest::touchEvent(_window.get(), screen).move(0, { x, 300 }, _window.get());

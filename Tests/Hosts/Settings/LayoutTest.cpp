@@ -85,7 +85,13 @@ TEST_F(LayoutTest, AChangeByAnotherProcessIsShownWithoutLosingThePlace)
     settle();
     list()->setProperty("contentY", 200);
     settle();
-    PageRowItem* row = items().back();
+    const auto rows = items();
+    const auto seen = std::ranges::find_if(rows, [this](const PageRowItem* row) {
+        const double top = row->mapToItem(list(), QPointF()).y();
+        return top > 0 && top + row->height() < list()->height();
+    });
+    ASSERT_NE(seen, rows.end());
+    const PageRowItem* row = *seen;
     QProcess other;
     other.start(
         QStringLiteral(TANDEM_DRIVER), { "--root", _root.path(), "set", "messages", "TandemEnabledIMToText", "on" });
