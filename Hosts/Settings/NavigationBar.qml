@@ -58,6 +58,7 @@ FocusScope {
         horizontalAlignment: Text.AlignHCenter
         minimumPixelSize: 12
         text: bar.page.title
+        verticalAlignment: Text.AlignVCenter
         visible: !bar.page.titlePicture.present
         width: Math.min(implicitWidth, bar.width - bar.leftWidth - bar.rightWidth)
         // In the middle of the bar, or else as near to it as the buttons allow.

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int lowestPage = 667;
 constexpr int highestPage = 4000;
+constexpr int mostGuesses = 10;
 /// What is asked for at once is there after so many rounds of events.
 constexpr int settlingRounds = 20;
 constexpr const char* photoSheetName = "photoSheet";
@@ -85,16 +86,27 @@ void PictureBook::writeAll()
 void PictureBook::writePage(const QString& name)
 {
     settle();
-    // As high as the page is, so that all of it is in the picture.
-    if (const QQuickItem* list = firstItem(_window.rootObject(),
-            [](const QQuickItem& item) { return item.isEnabled() && item.inherits("QQuickListView"); })) {
-        const double outside = _window.height() - list->height();
-        const double wanted = list->property("contentHeight").toDouble() + list->property("topMargin").toDouble()
-            + list->property("bottomMargin").toDouble() + outside;
-        _window.resize(_window.width(), std::clamp(static_cast<int>(std::ceil(wanted)), lowestPage, highestPage));
+    // As high as the page is, so that all of it is in the picture. A list guesses the height of what it does not show
+    // yet, so the first answer need not be the last.
+    for (int guess = 0; guess < mostGuesses && _window.height() != heightOfPage(); ++guess) {
+        _window.resize(_window.width(), heightOfPage());
+        settle();
     }
     takePicture(name);
     _window.resize(_window.width(), lowestPage);
+}
+
+int PictureBook::heightOfPage() const
+{
+    QQuickItem* list = firstItem(_window.rootObject(),
+        [](const QQuickItem& item) { return item.isEnabled() && item.inherits("QQuickListView"); });
+    if (!list)
+        return _window.height();
+    QMetaObject::invokeMethod(list, "forceLayout");
+    const double outside = _window.height() - list->height();
+    const double wanted = list->property("contentHeight").toDouble() + list->property("topMargin").toDouble()
+        + list->property("bottomMargin").toDouble() + outside;
+    return std::clamp(static_cast<int>(std::ceil(wanted)), lowestPage, highestPage);
 }
 
 void PictureBook::writeSheets()

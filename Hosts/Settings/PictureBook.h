@@ -19,6 +19,7 @@ public:
 private:
     void writeAll();
     void writePage(const QString& name);
+    int heightOfPage() const;
     void writeSheets();
     void open(const QString& identifier);
     void tap(const QString& identifier);

@@ -95,7 +95,7 @@ std::optional<WindowOptions> WindowOptions::parse(const std::vector<std::string>
 QString WindowOptions::usage()
 {
     return QStringLiteral(
-        "usage: tandem-settings [--phone demo|FILE] [--root DIR] [--no-provision]\n"
+        "usage: tandem-settings [--phone demo|linux|FILE] [--root DIR] [--no-provision]\n"
         "                       [--dark] [--mirrored] [--reduced-motion] [--text-size PERCENT]\n"
         "       tandem-settings --pictures DIR [--width POINTS]\n"
         "\n"
