@@ -2,6 +2,8 @@
 #include "SettingsWindow.h"
 #include "WindowOptions.h"
 
+#include "Linux/BusCaller.h"
+
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QImageReader>
@@ -98,8 +100,11 @@ int main(int argumentCount, char** arguments)
     QGuiApplication::setApplicationName(QStringLiteral("tandem-settings"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Pairo"));
 
-    // Fonts, kinds of pictures and the window's files are looked up beside this thread while it opens the phone.
-    const std::jthread lookingUp([] {
+    // The bus, fonts, kinds of pictures and the window's files are looked up beside this thread while it opens the
+    // phone.
+    const std::jthread lookingUp([isLinux = options->host.phone == HostOptions::linuxPhone] {
+        if (isLinux)
+            sessionBus();
         QImageReader::supportedImageFormats();
         QFontDatabase::families();
     });
