@@ -131,6 +131,9 @@ bool SettingsHost::eventFilter(QObject* watched, QEvent* event)
 
 void SettingsHost::followPalette()
 {
+    // Another phone says itself how it looks.
+    if (!_session->demoPhone())
+        return;
     const QPalette palette = QGuiApplication::palette();
     setDark(palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness());
 }
@@ -143,8 +146,6 @@ void SettingsHost::followAppearance()
 
 void SettingsHost::setDark(bool dark)
 {
-    if (dark == _theme->isDark())
-        return;
     turn([&] { _session->setDarkAppearance(dark); });
     _theme->setDark(Phone::current().appearance ? Phone::current().appearance->isDark() : dark);
 }

@@ -82,6 +82,8 @@ std::unique_ptr<HostSession> HostSession::open(
     phone.languages = userLanguages();
     if (decorate)
         decorate(phone);
+    if (phone.appearance)
+        phone.appearance = session->_appearance = std::make_shared<ChosenAppearance>(phone.appearance);
     Phone::setCurrent(std::move(phone));
 
     session->_settingsFile = std::make_unique<SettingsFile>(session->_files);
@@ -191,9 +193,9 @@ void HostSession::catchUp()
 
 bool HostSession::setDarkAppearance(bool dark)
 {
-    if (!Phone::current().appearance || !_demoPhone)
+    if (!_appearance)
         return false;
-    _demoPhone->setDark(dark);
+    _appearance->setDark(dark);
     appearanceChanged();
     return true;
 }

@@ -4,6 +4,7 @@
 #include "Linux/LinuxPhone.h"
 #include "Phone/Phone.h"
 #include "PreferencesUI/PSListController.h"
+#include "Shared/ChosenAppearance.h"
 #include "Shared/HostOptions.h"
 #include "Shared/SettingsFile.h"
 #include "UIKit/UIViewController.h"
@@ -50,7 +51,7 @@ public:
 
     /// Called after something that the phone's appearance tells has changed, when the pages have been told.
     void setAppearanceObserver(std::function<void()> observer) { _appearanceObserver = std::move(observer); }
-    /// The system changes its appearance. False on a phone without one, or with one that the user changes elsewhere.
+    /// From now on the pages are dark, or light, whatever the system's appearance is. False on a phone without one.
     bool setDarkAppearance(bool dark);
 
 private:
@@ -72,6 +73,8 @@ private:
     /// One of the two, as the user chose.
     std::unique_ptr<DemoPhone> _demoPhone;
     std::unique_ptr<LinuxPhone> _linuxPhone;
+    /// Null on a phone without an appearance.
+    std::shared_ptr<ChosenAppearance> _appearance;
     std::unique_ptr<SettingsFile> _settingsFile;
     const Class* _principalClass = nullptr;
     std::shared_ptr<UINavigationController> _navigation;

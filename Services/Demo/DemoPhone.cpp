@@ -43,7 +43,7 @@ DemoPhone::DemoPhone(DemoDescription description, const std::string& file)
     _phone.links = _links;
     _phone.screenScale = description.scale;
     if (description.dark || description.textScale || description.reducedMotion)
-        _phone.appearance = _appearance = std::make_shared<DemoAppearance>(description.dark.value_or(false),
+        _phone.appearance = std::make_shared<DemoAppearance>(description.dark.value_or(false),
             description.textScale.value_or(1), description.reducedMotion.value_or(false));
     if (description.pairedDevices)
         _phone.pairedDevices = std::make_shared<DemoPairedDevices>(std::move(*description.pairedDevices));
@@ -54,12 +54,6 @@ DemoPhone::DemoPhone(DemoDescription description, const std::string& file)
             picture = folder.pathOf(picture);
         _phone.homeScreen = std::make_shared<DemoHomeScreen>(std::move(*description.homeScreen), description.scale);
     }
-}
-
-void DemoPhone::setDark(bool dark)
-{
-    if (_appearance)
-        _appearance->setDark(dark);
 }
 
 const std::vector<MailDraft>& DemoPhone::drafts() const

@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-class DemoAppearance;
 class DemoLinks;
 class DemoMail;
 struct DemoDescription;
@@ -29,9 +28,6 @@ public:
     /// same at each call, and live on when this object is gone.
     Phone phone() const { return _phone; }
 
-    /// The user changes the appearance. Does nothing on a phone without one.
-    void setDark(bool dark);
-
     /// Absolute paths, in the file's order. Whether there are such files has not been looked at.
     const std::vector<std::string>& photos() const { return _photos; }
     /// What was handed to the mail program, oldest first.
@@ -43,7 +39,6 @@ private:
     DemoPhone(DemoDescription description, const std::string& file);
 
     Phone _phone;
-    std::shared_ptr<DemoAppearance> _appearance;
     std::shared_ptr<DemoMail> _mail;
     std::shared_ptr<DemoLinks> _links;
     std::vector<std::string> _photos;

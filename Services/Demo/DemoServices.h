@@ -18,7 +18,6 @@ public:
         , _reducedMotion(reducedMotion)
     {
     }
-    void setDark(bool dark) { _dark = dark; }
 
     // Appearance
     bool isDark() const override { return _dark; }
@@ -26,9 +25,9 @@ public:
     bool isMotionReduced() const override { return _reducedMotion; }
 
 private:
-    bool _dark;
-    double _textScale;
-    bool _reducedMotion;
+    const bool _dark;
+    const double _textScale;
+    const bool _reducedMotion;
 };
 
 class DemoPairedDevices final : public PairedDevices {

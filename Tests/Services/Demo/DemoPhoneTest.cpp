@@ -70,8 +70,6 @@ TEST_F(DemoPhoneFile, MissingKeys)
     EXPECT_FALSE(phone.homeScreen);
     EXPECT_EQ(phone.screenScale, 2);
     EXPECT_TRUE(demo->photos().empty());
-    demo->setDark(true);
-    EXPECT_FALSE(demo->phone().appearance);
 }
 
 TEST_F(DemoPhoneFile, NullInPlaceOfServices)
@@ -235,17 +233,6 @@ TEST_F(DemoPhoneFile, PhotosOfFileNamedFromTheWorkingDirectory)
     const auto demo = DemoPhone::open(name, error);
     ASSERT_TRUE(demo) << error;
     EXPECT_EQ(demo->photos(), std::vector<std::string> { path("a.png") });
-}
-
-TEST_F(DemoPhoneFile, AppearanceChanges)
-{
-    const auto demo = open(R"({"appearance": "light"})");
-    const Phone phone = demo->phone();
-    EXPECT_FALSE(phone.appearance->isDark());
-    demo->setDark(true);
-    EXPECT_TRUE(phone.appearance->isDark());
-    demo->setDark(false);
-    EXPECT_FALSE(phone.appearance->isDark());
 }
 
 TEST_F(DemoPhoneFile, MailAndLinksAreKept)
