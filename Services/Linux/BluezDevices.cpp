@@ -38,14 +38,10 @@ auto place(const PairedDevice& device)
     return std::tuple(QString::fromStdString(device.name).toCaseFolded(), device.name, device.address);
 }
 
-} // namespace
-
-std::vector<PairedDevice> BluezDevices::devices() const
+std::vector<PairedDevice> devicesOn(const BusCaller& systemBus)
 {
-    const BusQuestion question = _bus.ask(QDBusMessage::createMethodCall(QLatin1String(bluez), QLatin1String(bluezRoot),
-        QLatin1String(objectManager), QLatin1String(getManagedObjects)));
-    _askOthers();
-    const auto objects = managedObjectsOf(_bus.answerTo(question));
+    const auto objects = managedObjectsOf(systemBus.call(QDBusMessage::createMethodCall(QLatin1String(bluez),
+        QLatin1String(bluezRoot), QLatin1String(objectManager), QLatin1String(getManagedObjects))));
     if (!objects)
         return {};
     std::map<QString, PairedDevice> byAddress;
@@ -62,4 +58,13 @@ std::vector<PairedDevice> BluezDevices::devices() const
     std::sort(devices.begin(), devices.end(),
         [](const PairedDevice& left, const PairedDevice& right) { return place(left) < place(right); });
     return devices;
+}
+
+} // namespace
+
+std::vector<PairedDevice> BluezDevices::devices() const
+{
+    auto talk = _bus->begin(bluez, devicesOn);
+    _askOthers();
+    return talk.result();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Linux/BusCaller.h"
+#include "Linux/BusTalks.h"
 #include "Phone/PairedDevices.h"
 
 #include <functional>
@@ -9,8 +9,8 @@
 /// that is paired with two adapters is one device. None while BlueZ is absent or does not answer.
 class BluezDevices final : public PairedDevices {
 public:
-    /// `askOthers` sends other questions that a page of devices has, so that all are waited for together.
-    BluezDevices(BusCaller systemBus, std::function<void()> askOthers)
+    /// `askOthers` begins the other talks that a page of devices needs, so that all are waited for together.
+    BluezDevices(std::shared_ptr<BusTalks> systemBus, std::function<void()> askOthers)
         : _bus(std::move(systemBus))
         , _askOthers(std::move(askOthers))
     {
@@ -20,6 +20,6 @@ public:
     std::vector<PairedDevice> devices() const override;
 
 private:
-    BusCaller _bus;
+    std::shared_ptr<BusTalks> _bus;
     std::function<void()> _askOthers;
 };

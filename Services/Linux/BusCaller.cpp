@@ -68,12 +68,18 @@ QDBusConnection connected(const QString& address, const char* name)
 
 } // namespace
 
+const QDBusConnection& BusOnDemand::connection()
+{
+    std::call_once(_once, [this] { _connection.emplace(_connect()); });
+    return *_connection;
+}
+
 BusQuestion BusCaller::ask(const QDBusMessage& request) const
 {
     const auto patience = static_cast<int>(_budget->patience().count());
-    if (!_bus.isConnected() || patience <= 0 || _budget->hasFailed(request.service().toStdString()))
+    if (!isConnected() || patience <= 0 || _budget->hasFailed(request.service().toStdString()))
         return { request, std::nullopt };
-    return { request, _bus.asyncCall(request, patience) };
+    return { request, bus().asyncCall(request, patience) };
 }
 
 QDBusMessage BusCaller::answerTo(const BusQuestion& question) const

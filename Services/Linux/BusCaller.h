@@ -6,7 +6,9 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -17,19 +19,45 @@ struct BusQuestion {
     std::optional<QDBusPendingCall> reply;
 };
 
+/// A bus that is connected to when it is first used, on whatever thread that is.
+class BusOnDemand {
+public:
+    using Connect = std::function<QDBusConnection()>;
+
+    explicit BusOnDemand(Connect connect)
+        : _connect(std::move(connect))
+    {
+    }
+
+    const QDBusConnection& connection();
+
+private:
+    Connect _connect;
+    std::once_flag _once;
+    std::optional<QDBusConnection> _connection;
+};
+
 /// Asks daemons on a bus, and waits for them within the budget that all callers of a phone share. What cannot be
 /// answered in time, or at all, is an error reply; nothing is ever raised.
 class BusCaller {
 public:
-    BusCaller(QDBusConnection bus, std::shared_ptr<WaitBudget> budget)
-        : _bus(std::move(bus))
+    /// `connect` is called when the bus is first used.
+    BusCaller(BusOnDemand::Connect connect, std::shared_ptr<WaitBudget> budget)
+        : _bus(std::make_shared<BusOnDemand>(std::move(connect)))
         , _budget(std::move(budget))
     {
     }
+    BusCaller(const QDBusConnection& bus, std::shared_ptr<WaitBudget> budget)
+        : BusCaller([bus] { return bus; }, std::move(budget))
+    {
+    }
 
-    bool isConnected() const { return _bus.isConnected(); }
-    const QDBusConnection& bus() const { return _bus; }
-    WaitBudget& budget() const { return *_budget; }
+    /// A caller on the same bus for a talk with one daemon.
+    BusCaller forTalk() const { return { _bus, std::make_shared<WaitBudget>(_budget->forTalk()) }; }
+
+    bool isConnected() const { return bus().isConnected(); }
+    const QDBusConnection& bus() const { return _bus->connection(); }
+    const std::shared_ptr<WaitBudget>& budget() const { return _budget; }
 
     QDBusMessage call(const QDBusMessage& request) const { return answerTo(ask(request)); }
     /// The replies in the order of the requests, which are sent together and waited for together.
@@ -41,7 +69,13 @@ public:
     QDBusMessage answerTo(const BusQuestion& question) const;
 
 private:
-    QDBusConnection _bus;
+    BusCaller(std::shared_ptr<BusOnDemand> bus, std::shared_ptr<WaitBudget> budget)
+        : _bus(std::move(bus))
+        , _budget(std::move(budget))
+    {
+    }
+
+    std::shared_ptr<BusOnDemand> _bus;
     std::shared_ptr<WaitBudget> _budget;
 };
 

@@ -51,7 +51,8 @@ std::unique_ptr<QCoreApplication> windowlessApplication()
 LinuxPhone::LinuxPhone(HostPath hostPath)
     : _application(windowlessApplication())
 {
-    const BusCaller system(systemBus(), _budget);
+    // Only the pages of devices and SIMs need it.
+    const auto system = std::make_shared<BusTalks>(BusCaller(systemBus, _budget));
     const BusCaller session(sessionBus(), _budget);
     _notifications = std::make_shared<BusNotifications>(session);
     const auto settings = std::make_shared<PortalSettings>(session);

@@ -65,31 +65,34 @@ QString LinuxSubscriptions::carrierOf(const SimCard& card) const
 
 void LinuxSubscriptions::askAhead()
 {
-    _ahead = asked();
+    _ahead = begun();
 }
 
 /// Both, because most machines have one of them alone and the other costs nothing.
-LinuxSubscriptions::Questions LinuxSubscriptions::asked() const
+LinuxSubscriptions::Talks LinuxSubscriptions::begun() const
 {
-    const auto ahead = std::exchange(_ahead, std::nullopt);
-    const unsigned turn = _bus.budget().turn();
-    if (ahead && ahead->turn == turn)
-        return *ahead;
-    return { _bus.ask(modemManagerQuestion()), _bus.ask(ofonoQuestion()), turn };
+    auto ahead = std::exchange(_ahead, std::nullopt);
+    if (ahead && ahead->modemManager.isOfThisTurn())
+        return std::move(*ahead);
+    return { _bus->begin(modemManagerService, modemManagerSims), _bus->begin(ofonoService, ofonoSims) };
+}
+
+std::vector<SimCard> LinuxSubscriptions::cards() const
+{
+    Talks talks = begun();
+    std::vector<SimCard> ofModemManager = talks.modemManager.result();
+    return ofModemManager.empty() ? talks.ofono.result() : ofModemManager;
 }
 
 std::vector<Subscription> LinuxSubscriptions::subscriptions() const
 {
-    const Questions questions = asked();
-    std::vector<SimCard> cards = modemManagerSims(_bus, _bus.answerTo(questions.modemManager));
-    if (cards.empty())
-        cards = ofonoSims(_bus, _bus.answerTo(questions.ofono));
-    const QHash<QString, QString> names = cards.empty() ? QHash<QString, QString>() : namesIn(_namesFile);
+    const std::vector<SimCard> found = cards();
+    const QHash<QString, QString> names = found.empty() ? QHash<QString, QString>() : namesIn(_namesFile);
     _regions.clear();
 
     std::vector<Subscription> sims;
     std::set<std::string> keys;
-    for (const SimCard& card : cards) {
+    for (const SimCard& card : found) {
         // Rows and files are named by the key: a card that two modems tell of is one.
         const std::string key = simKeyOf(card.iccid);
         if (!keys.insert(key).second)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Linux/BusCaller.h"
+#include "Linux/BusTalks.h"
 #include "Linux/MobileProviders.h"
 #include "Linux/SimCard.h"
 #include "Phone/Subscriptions.h"
@@ -18,13 +18,13 @@ class LinuxSubscriptions final : public Subscriptions {
 public:
     /// The names that the user gives SIMs stand in the file, one a line: KEY=NAME, where KEY is the SIM's key or its
     /// ICCID. It may be missing.
-    LinuxSubscriptions(BusCaller systemBus, QString namesFile)
+    LinuxSubscriptions(std::shared_ptr<BusTalks> systemBus, QString namesFile)
         : _bus(std::move(systemBus))
         , _namesFile(std::move(namesFile))
     {
     }
 
-    /// Sends the first questions, whose answers are waited for when the SIMs are asked for in the same turn.
+    /// Begins the talks with the daemons, which are waited for when the SIMs are asked for in the same turn.
     void askAhead();
 
     // Subscriptions
@@ -33,19 +33,19 @@ public:
     std::string formattedNumber(const std::string& number) const override;
 
 private:
-    struct Questions {
-        BusQuestion modemManager;
-        BusQuestion ofono;
-        unsigned turn;
+    struct Talks {
+        BusTalk<std::vector<SimCard>> modemManager;
+        BusTalk<std::vector<SimCard>> ofono;
     };
 
-    Questions asked() const;
+    Talks begun() const;
+    std::vector<SimCard> cards() const;
     const MobileProviders& providers() const;
     QString carrierOf(const SimCard& card) const;
 
-    BusCaller _bus;
+    std::shared_ptr<BusTalks> _bus;
     QString _namesFile;
-    mutable std::optional<Questions> _ahead;
+    mutable std::optional<Talks> _ahead;
     /// Read when the first SIM needs it.
     mutable std::optional<MobileProviders> _providers;
     /// The home regions of the SIMs that were last asked for, by number.

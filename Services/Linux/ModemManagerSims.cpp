@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr const char* service = "org.freedesktop.ModemManager1";
 constexpr const char* rootPath = "/org/freedesktop/ModemManager1";
 constexpr const char* objectManager = "org.freedesktop.DBus.ObjectManager";
 constexpr const char* properties = "org.freedesktop.DBus.Properties";
@@ -69,7 +68,7 @@ std::vector<Slot> slotsOf(const std::vector<Modem>& modems)
 QDBusMessage requestOf(const Slot& slot)
 {
     QDBusMessage request = QDBusMessage::createMethodCall(
-        QLatin1String(service), slot.sim, QLatin1String(properties), QStringLiteral("GetAll"));
+        QLatin1String(modemManagerService), slot.sim, QLatin1String(properties), QStringLiteral("GetAll"));
     request << QString(QLatin1String(simInterface));
     return request;
 }
@@ -98,17 +97,19 @@ SimCard cardIn(const Slot& slot, const QVariantMap& sim)
     return card;
 }
 
-} // namespace
-
-QDBusMessage modemManagerQuestion()
+QDBusMessage modemsRequest()
 {
-    return QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(rootPath), QLatin1String(objectManager),
-        QStringLiteral("GetManagedObjects"));
+    return QDBusMessage::createMethodCall(QLatin1String(modemManagerService), QLatin1String(rootPath),
+        QLatin1String(objectManager), QStringLiteral("GetManagedObjects"));
 }
 
-std::vector<SimCard> modemManagerSims(const BusCaller& systemBus, const QDBusMessage& answer)
+} // namespace
+
+const char* const modemManagerService = "org.freedesktop.ModemManager1";
+
+std::vector<SimCard> modemManagerSims(const BusCaller& systemBus)
 {
-    const auto objects = managedObjectsOf(answer);
+    const auto objects = managedObjectsOf(systemBus.call(modemsRequest()));
     if (!objects)
         return {};
     const std::vector<Modem> modems = modemsOf(*objects);

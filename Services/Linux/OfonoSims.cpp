@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr const char* service = "org.ofono";
 constexpr const char* rootPath = "/";
 constexpr const char* managerInterface = "org.ofono.Manager";
 constexpr const char* simInterface = "org.ofono.SimManager";
@@ -27,7 +26,7 @@ struct Modem {
 QDBusMessage question(const QString& path, const char* interface, const char* method)
 {
     return QDBusMessage::createMethodCall(
-        QLatin1String(service), path, QLatin1String(interface), QLatin1String(method));
+        QLatin1String(ofonoService), path, QLatin1String(interface), QLatin1String(method));
 }
 
 std::vector<Modem> modemsOf(const QDBusMessage& reply)
@@ -80,14 +79,12 @@ QString voiceSimOf(const QDBusMessage& reply)
 
 } // namespace
 
-QDBusMessage ofonoQuestion()
-{
-    return question(QLatin1String(rootPath), managerInterface, "GetModems");
-}
+const char* const ofonoService = "org.ofono";
 
-std::vector<SimCard> ofonoSims(const BusCaller& systemBus, const QDBusMessage& answer)
+std::vector<SimCard> ofonoSims(const BusCaller& systemBus)
 {
-    std::vector<Modem> modems = modemsOf(answer);
+    std::vector<Modem> modems =
+        modemsOf(systemBus.call(question(QLatin1String(rootPath), managerInterface, "GetModems")));
     std::erase_if(modems, [](const Modem& modem) { return !hasSim(modem); });
     if (modems.empty())
         return {};

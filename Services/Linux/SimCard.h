@@ -22,12 +22,10 @@ struct SimCard {
 /// The digits of an ICCID as daemons give it, without the filler at its end; empty for anything else.
 QString plainIccid(const QString& text);
 
-/// What is to be asked first, of each daemon.
-QDBusMessage modemManagerQuestion();
-QDBusMessage ofonoQuestion();
+extern const char* const modemManagerService;
+extern const char* const ofonoService;
 
-/// The SIMs in all slots of all modems, in slot order, by the answer to that question and what it leads to. None while
-/// the daemon is absent or does not answer; a SIM whose ICCID is not known, as of some locked ones, is left out,
-/// because nothing could be kept for it.
-std::vector<SimCard> modemManagerSims(const BusCaller& systemBus, const QDBusMessage& answer);
-std::vector<SimCard> ofonoSims(const BusCaller& systemBus, const QDBusMessage& answer);
+/// The SIMs in all slots of all modems, in slot order. None while the daemon is absent or does not answer; a SIM whose
+/// ICCID is not known, as of some locked ones, is left out, because nothing could be kept for it.
+std::vector<SimCard> modemManagerSims(const BusCaller& systemBus);
+std::vector<SimCard> ofonoSims(const BusCaller& systemBus);

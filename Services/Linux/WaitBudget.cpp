@@ -6,3 +6,11 @@ void WaitBudget::renew()
     ++_turn;
     _failed.clear();
 }
+
+WaitBudget WaitBudget::forTalk() const
+{
+    WaitBudget talk(*this);
+    talk._left = patience();
+    talk._isForTalk = true;
+    return talk;
+}

@@ -23,8 +23,11 @@ public:
     /// How long the next question may be waited for: most of what is left. Questions that do not need each other's
     /// answers are waited for together, so a slow daemon takes no time of the others; the rest is for what must be
     /// asked those after one that hangs. Zero when it is spent.
-    Milliseconds patience() const { return std::chrono::floor<Milliseconds>(_left * 4 / 5); }
+    Milliseconds patience() const { return std::chrono::floor<Milliseconds>(_isForTalk ? _left : _left * 4 / 5); }
     void spend(Duration time) { _left = time < _left ? _left - time : Duration::zero(); }
+
+    /// What a talk with one daemon may take, of which its first question may take everything.
+    WaitBudget forTalk() const;
 
     void noteFailureOf(const std::string& daemon) { _failed.insert(daemon); }
     bool hasFailed(const std::string& daemon) const { return _failed.contains(daemon); }
@@ -32,5 +35,6 @@ public:
 private:
     Duration _left = whole;
     unsigned _turn = 0;
+    bool _isForTalk = false;
     std::set<std::string> _failed;
 };

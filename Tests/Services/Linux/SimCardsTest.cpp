@@ -1,7 +1,6 @@
 #include "Linux/LinuxSubscriptions.h"
 #include "Linux/MobileProviders.h"
 #include "Linux/PhoneNumbers.h"
-#include "Linux/WaitBudget.h"
 #include "TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
@@ -73,24 +72,6 @@ TEST(Providers, ListThatIsMissingOrRubbish)
     folder.write("list.xml", "<serviceproviders><country><provider><gsm><network-id/></gsm>\xff");
     EXPECT_EQ(MobileProviders(QString::fromStdString(folder.path("list.xml"))).nameOf("26201"), "");
     EXPECT_EQ(MobileProviders("/nowhere").regionOf("26201"), "");
-}
-
-TEST(WaitBudgets, AreSpentOnceAndRenewed)
-{
-    WaitBudget budget;
-    const unsigned turn = budget.turn();
-    budget.spend(WaitBudget::whole - std::chrono::milliseconds(10));
-    EXPECT_EQ(budget.patience().count(), 8);
-    budget.spend(std::chrono::microseconds(1));
-    EXPECT_EQ(budget.patience().count(), 7);
-    budget.spend(std::chrono::milliseconds(50));
-    EXPECT_EQ(budget.patience().count(), 0);
-    budget.noteFailureOf("a");
-    EXPECT_TRUE(budget.hasFailed("a"));
-    budget.renew();
-    EXPECT_EQ(budget.patience(), WaitBudget::whole * 4 / 5);
-    EXPECT_FALSE(budget.hasFailed("a"));
-    EXPECT_NE(budget.turn(), turn);
 }
 
 } // namespace

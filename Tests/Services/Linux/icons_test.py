@@ -6,7 +6,7 @@ import unittest
 from gi.repository import GLib
 
 import support
-from machine import LONGEST_SECONDS, PATIENCE_MS, PORTAL, PORTAL_PATH, SLACK, MachineTest
+from machine import PATIENCE_MS, PORTAL, PORTAL_PATH, MachineTest
 
 SETTINGS = "org.freedesktop.portal.Settings"
 INTERFACE_GROUP = "org.gnome.desktop.interface"
@@ -17,7 +17,6 @@ APPS_OF_A_PAGE = 10
 ICONS_OF_A_THEME = 5000
 SIZES = (16, 22, 24, 32, 48, 64, 96, 128, 256, 512)
 CONTEXTS = ("actions", "apps", "categories", "devices", "emblems", "mimetypes", "places", "status")
-ATTEMPTS = 3
 
 
 class IconsTest(MachineTest):
@@ -146,16 +145,17 @@ class IconsTest(MachineTest):
             # The last of them is nowhere, which takes the longest to find out.
             self.write_entry(app, f"icon{n * 8 + 1}" if n < APPS_OF_A_PAGE - 1 else "missing")
         self.offer_theme("Large")
-        best = None
-        for _ in range(ATTEMPTS):
+
+        def attempt():
             start = time.monotonic()
             driver = self.on_linux()
-            self.assertEqual(self.shown(driver), apps[:-1])
+            shown = self.shown(driver)
             seconds = time.monotonic() - start
-            best = seconds if best is None else min(best, seconds)
             driver.close()
-        print("start of the program and a page of ten apps, a theme of 5,000 icons: %.0f ms" % (1000 * best))
-        self.assertLess(best, LONGEST_SECONDS * SLACK)
+            return seconds, shown
+
+        seconds = self.quickest(attempt, apps[:-1])
+        print("start of the program and a page of ten apps, a theme of 5,000 icons: %.0f ms" % (1000 * seconds))
 
 
 if __name__ == "__main__":

@@ -9,7 +9,7 @@ import unittest
 from gi.repository import GLib
 
 import support
-from machine import LONGEST_SECONDS, PATIENCE_MS, PORTAL, PORTAL_PATH, SLACK, MachineTest
+from machine import PATIENCE_MS, PORTAL, PORTAL_PATH, MachineTest
 
 SETTINGS = "org.freedesktop.portal.Settings"
 CONTROL = "com.vexil.Mock"
@@ -79,11 +79,10 @@ class MailTest(MachineTest):
         self.assertEqual(self.mails(), [])
 
     def send(self, driver):
-        """What happened when the user has seen the log and wants it sent, which takes no longer than a page may."""
+        """What happened when the user has seen the log and wants it sent, which waits for nobody."""
         self.review(driver)
-        start = time.monotonic()
-        events = driver.events("choose", title="Send")
-        self.assertLess(time.monotonic() - start, LONGEST_SECONDS * SLACK)
+        with self.bounded():
+            events = driver.events("choose", title="Send")
         return [event for event in events if event["event"] in ("error", "sheet")]
 
     def send_in_vain(self):
@@ -259,9 +258,8 @@ class LinksTest(MachineTest):
     def test_portal_that_takes_long_to_start(self):
         start_portal = self.offer_portal_that_waits()
         driver = self.on_linux()
-        start = time.monotonic()
-        driver.ask("tap", row="VexilProducts")
-        self.assertLess(time.monotonic() - start, LONGEST_SECONDS * SLACK)
+        with self.bounded():
+            driver.ask("tap", row="VexilProducts")
         start_portal()
         driver.close()
         self.assertEqual(self.links(), [PRODUCTS])
@@ -321,6 +319,16 @@ class AppearanceTest(MachineTest):
         self.wait_for_colour(driver, support.WHITE)
         self.change(portal, 0)
         self.wait_for_colour(driver, support.ACCENT)
+
+    def test_user_of_the_host_who_wants_it_otherwise(self):
+        portal = self.start_settings()
+        self.offer(portal, 1)
+        driver = self.on_linux()
+        driver.ask("appearance", dark=False)
+        self.assertEqual(self.colour(driver), support.ACCENT)
+        self.change(portal, 0)
+        driver.ask("appearance", dark=True)
+        self.assertEqual(self.colour(driver), support.WHITE)
 
     def test_portal_that_comes_later(self):
         driver = self.on_linux()

@@ -10,13 +10,13 @@ import unittest
 from gi.repository import GLib
 
 import modemmanager
-from machine import LONGEST_SECONDS, MODEMMANAGER, PORTAL, PORTAL_PATH, SLACK, MachineTest
+from machine import MODEMMANAGER, PORTAL, PORTAL_PATH, MachineTest
 
-ATTEMPTS = 3
 SLOW_SECONDS = 0.3
 ALL_OBJECTS = "ret = {dbus.ObjectPath(p): objects[p].props for p in objects if p != '/'}"
 ADDRESS = "11:22:33:44:55:66"
 
+BUS = "org.freedesktop.DBus"
 OBJECT_MANAGER = "org.freedesktop.DBus.ObjectManager"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 BLUEZ = "org.bluez"
@@ -54,19 +54,20 @@ RUBBISH = [
 
 
 class TroubleTest(MachineTest):
-    def seconds_to_open(self, page):
-        """The best of some attempts, because other programs use the machine too; the rows that were shown."""
-        best = None
-        for _ in range(ATTEMPTS):
+    def seconds_to_open(self, page, names):
+        """How long it took to open the page, which has rows of these names."""
+
+        def attempt():
             driver = self.on_linux()
             driver.ask("rows")
             start = time.monotonic()
             driver.open(page)
             seconds = time.monotonic() - start
-            best = seconds if best is None else min(best, seconds)
-            rows = driver.rows()
+            shown = [row["name"] for row in driver.rows() if row["name"]]
             driver.close()
-        return best, rows
+            return seconds, shown
+
+        return self.quickest(attempt, names)
 
     def add_device(self, bluez):
         bluez.call("org.bluez.Mock", "AddAdapter", GLib.Variant("(ss)", ("hci0", "hci0")))
@@ -81,15 +82,9 @@ class TroubleTest(MachineTest):
     def be_slow(self, daemon, interface, method, signature, code):
         daemon.answer(interface, method, signature, f"import time; time.sleep({SLOW_SECONDS})\n{code}")
 
-    def check_quick_and_empty(self, page):
-        seconds, rows = self.seconds_to_open(page)
-        self.assertEqual(rows, [])
-        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
-        return seconds
-
     def test_no_daemons(self):
         for page in ("bluetooth", "sims"):
-            self.check_quick_and_empty(page)
+            self.seconds_to_open(page, [])
 
     def test_no_bus(self):
         for name in ("DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"):
@@ -107,16 +102,14 @@ class TroubleTest(MachineTest):
     def test_all_daemons_hang(self):
         for name, template, path in ((BLUEZ, "bluez5", "/"), (MODEMS, MODEMMANAGER, MODEMS_PATH), (OFONO, "ofono", "/")):
             self.mock_template(template, name, path).hang()
-        print("all daemons hang: %.0f ms" % (1000 * self.check_quick_and_empty("bluetooth")))
-        print("all daemons hang: %.0f ms" % (1000 * self.check_quick_and_empty("sims")))
+        print("all daemons hang: %.0f ms" % (1000 * self.seconds_to_open("bluetooth", [])))
+        print("all daemons hang: %.0f ms" % (1000 * self.seconds_to_open("sims", [])))
 
     def test_one_daemon_that_hangs_does_not_keep_the_others_from_answering(self):
         self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
         bluez = self.mock_template("bluez5", BLUEZ, "/")
         self.add_device(bluez)
-        seconds, rows = self.seconds_to_open("bluetooth")
-        self.assertEqual([row["name"] for row in rows if row["name"]], ["Car"])
-        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+        self.seconds_to_open("bluetooth", ["Car"])
 
     def test_daemons_that_are_slow_to_answer_the_first_question(self):
         bluez = self.mock_template("bluez5", BLUEZ, "/")
@@ -129,20 +122,14 @@ class TroubleTest(MachineTest):
         self.be_slow(bluez, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", ALL_OBJECTS)
         self.be_slow(modems, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", modemmanager.MANAGED_OBJECTS)
         self.be_slow(ofono, "org.ofono.Manager", "GetModems", "a(oa{sv})", "ret = []")
-        seconds, rows = self.seconds_to_open("bluetooth")
+        seconds = self.seconds_to_open("bluetooth", ["Car", "Default SIM", "Carrier"])
         print("all daemons answer after 300 ms: %.0f ms" % (1000 * seconds))
-        self.assertEqual([row["name"] for row in rows if row["name"]], ["Car", "Default SIM", "Carrier"])
-        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
-        seconds, rows = self.seconds_to_open("sims")
-        self.assertEqual(rows[0]["name"], "SIM 1")
-        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+        self.seconds_to_open("sims", ["SIM 1", "Carrier", "Carrier Logo"])
 
     def test_daemon_that_hangs_does_not_keep_the_one_that_is_asked_next_from_answering(self):
         self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
         self.mock_template("ofono", OFONO, "/")
-        seconds, rows = self.seconds_to_open("sims")
-        self.assertEqual(rows[0]["name"], "SIM 1")
-        self.assertLess(seconds, LONGEST_SECONDS * SLACK)
+        self.seconds_to_open("sims", ["SIM 1", "fake.tel", "Carrier Logo"])
 
     def test_daemon_that_wakes_is_right_at_the_next_build(self):
         modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
@@ -158,10 +145,9 @@ class TroubleTest(MachineTest):
     def test_portal_that_hangs(self):
         portal = self.mock_daemon(self.session, PORTAL, PORTAL_PATH, "org.freedesktop.portal.Settings")
         portal.hang()
-        start = time.monotonic()
-        code, _, complaints = self.run_tandem("--phone", "linux", "show", "calls")
+        with self.bounded():
+            code, _, complaints = self.run_tandem("--phone", "linux", "show", "calls")
         self.assertEqual((code, complaints), (0, ""))
-        self.assertLess(time.monotonic() - start, 2 * LONGEST_SECONDS * SLACK)
 
     def test_rubbish_of_every_type(self):
         daemons = [
@@ -187,11 +173,24 @@ class TroubleTest(MachineTest):
         modems.answer(OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", "import os; os._exit(1)")
         driver = self.on_linux()
         driver.ask("rows")
-        start = time.monotonic()
-        driver.open("sims")
-        self.assertLess(time.monotonic() - start, LONGEST_SECONDS * SLACK * ATTEMPTS)
+        with self.bounded():
+            driver.open("sims")
         self.assertEqual(driver.rows(), [])
         self.assertIsNotNone(modems.process.wait())
+
+    def test_bus_of_the_machine_is_left_alone_by_pages_that_need_nothing_of_it(self):
+        def clients():
+            names = self.system.call(BUS, "/org/freedesktop/DBus", BUS, "ListNames")
+            return [name for name in names if name.startswith(":")]
+
+        alone = clients()
+        driver = self.on_linux()
+        for page in ("calls", "messages", "misc"):
+            driver.open(page)
+            driver.ask("back")
+        self.assertEqual(clients(), alone)
+        driver.open("sims")
+        self.assertEqual(len(clients()), len(alone) + 1)
 
     def test_bus_that_dies_while_a_page_is_open(self):
         driver = self.on_linux().open("bluetooth")
@@ -213,19 +212,17 @@ class TroubleTest(MachineTest):
         listener.listen()
         for name in ("DBUS_SYSTEM_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"):
             self.environment[name] = f"unix:path={path}"
-        start = time.monotonic()
-        code, _, complaints = self.run_tandem("--phone", "linux", "show", "bluetooth")
+        with self.bounded():
+            code, _, complaints = self.run_tandem("--phone", "linux", "show", "bluetooth")
         self.assertEqual((code, complaints), (0, ""))
-        self.assertLess(time.monotonic() - start, 2 * LONGEST_SECONDS * SLACK)
 
     def test_bus_that_hangs_while_a_page_is_open(self):
         driver = self.on_linux()
         driver.ask("rows")
         self.system.process.send_signal(signal.SIGSTOP)
         self.addCleanup(self.system.process.send_signal, signal.SIGCONT)
-        start = time.monotonic()
-        driver.open("sims")
-        self.assertLess(time.monotonic() - start, LONGEST_SECONDS * SLACK * ATTEMPTS)
+        with self.bounded():
+            driver.open("sims")
         self.assertEqual(driver.rows(), [])
 
 
@@ -245,13 +242,13 @@ class RealDaemonsTest(TroubleTest):
 
     def test_bluetoothd(self):
         daemon = self.start(BLUEZ, "/", "bluetoothd", "--nodetach", "--configfile=/dev/null")
-        print("bluetoothd: %.0f ms" % (1000 * self.check_quick_and_empty("bluetooth")))
+        print("bluetoothd: %.0f ms" % (1000 * self.seconds_to_open("bluetooth", [])))
         if daemon.process.poll() is not None:
             self.skipTest("bluetoothd took its name and ended: this machine's kernel has no Bluetooth")
 
     def test_modem_manager(self):
         self.start(MODEMS, MODEMS_PATH, "ModemManager", "--test-session", "--test-no-udev", "--test-no-suspend-resume")
-        print("ModemManager: %.0f ms" % (1000 * self.check_quick_and_empty("sims")))
+        print("ModemManager: %.0f ms" % (1000 * self.seconds_to_open("sims", [])))
 
 
 for inherited in [name for name in dir(TroubleTest) if name.startswith("test_")]:
