@@ -6,7 +6,6 @@
 
 #include <QFontDatabase>
 #include <QGuiApplication>
-#include <QImageReader>
 #include <QLocale>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -100,12 +99,10 @@ int main(int argumentCount, char** arguments)
     QGuiApplication::setApplicationName(QStringLiteral("tandem-settings"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Pairo"));
 
-    // The bus, fonts, kinds of pictures and the window's files are looked up beside this thread while it opens the
-    // phone.
+    // The bus, fonts and the window's files are looked up beside this thread while it opens the phone.
     const std::jthread lookingUp([isLinux = options->host.phone == HostOptions::linuxPhone] {
         if (isLinux)
             sessionBus();
-        QImageReader::supportedImageFormats();
         QFontDatabase::families();
     });
     auto engine = SettingsWindow::loadingEngine();

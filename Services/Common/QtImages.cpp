@@ -13,6 +13,9 @@ namespace {
 
 constexpr qint64 mostPixels = 50'000'000;
 constexpr std::size_t bytesPerPixel = 4;
+/// Most pictures are of this format. To find out the format of one, the toolkit loads what it has for all of them.
+constexpr const char* pngSignature = "\x89PNG\r\n\x1a\n";
+constexpr const char* pngFormat = "png";
 constexpr const char* imageCategories = "qt.gui.imageio";
 
 QLoggingCategory::CategoryFilter previousFilter = nullptr;
@@ -52,7 +55,12 @@ public:
             QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()), static_cast<qsizetype>(file.size())));
         _buffer.open(QIODevice::ReadOnly);
         _reader.setDevice(&_buffer);
-        _reader.setDecideFormatFromContent(true);
+        if (_buffer.data().startsWith(pngSignature)) {
+            _reader.setFormat(pngFormat);
+            _reader.setAutoDetectImageFormat(false);
+        } else {
+            _reader.setDecideFormatFromContent(true);
+        }
         _reader.setAutoTransform(true);
     }
 
@@ -123,7 +131,7 @@ std::optional<Bytes> QtImages::encodePng(const Bitmap& bitmap) const
     QByteArray file;
     QBuffer buffer(&file);
     buffer.open(QIODevice::WriteOnly);
-    if (image.isNull() || !QImageWriter(&buffer, "png").write(image))
+    if (image.isNull() || !QImageWriter(&buffer, pngFormat).write(image))
         return std::nullopt;
     return Bytes(file.begin(), file.end());
 }
