@@ -12,6 +12,12 @@ SheetBody {
 
     implicitHeight: column.implicitHeight
 
+    Keys.onPressed: event => {
+        event.accepted = event.key === Qt.Key_PageUp || event.key === Qt.Key_PageDown;
+        if (event.accepted)
+            message.turnPage(event.key === Qt.Key_PageDown ? 1 : -1);
+    }
+
     Column {
         id: column
 
@@ -23,48 +29,62 @@ SheetBody {
             theme: body.theme
             width: parent.width
 
-            SheetText {
-                message: body.sheet.message
+            SheetMessage {
+                id: message
+
+                room: body.room - choices.height - waysOut.height - body.spacing
+                sheet: body.sheet
                 theme: body.theme
-                title: body.sheet.title
                 width: parent.width
             }
 
-            Repeater {
-                model: body.sheet.actions
+            Column {
+                id: choices
 
-                delegate: SheetChoice {
-                    sheet: body.sheet
-                    theme: body.theme
-                    visible: !cancels
-                    width: parent?.width ?? 0
+                width: parent.width
+
+                Repeater {
+                    model: body.sheet.actions
+
+                    delegate: SheetChoice {
+                        sheet: body.sheet
+                        theme: body.theme
+                        visible: !cancels
+                        width: parent?.width ?? 0
+                    }
                 }
             }
         }
 
-        Repeater {
-            model: body.sheet.actions
+        Column {
+            id: waysOut
 
-            delegate: SheetCard {
-                id: apart
+            width: parent.width
 
-                required property int index
-                required property string modelData
+            Repeater {
+                model: body.sheet.actions
 
-                radius: body.radius
-                theme: body.theme
-                visible: body.sheet.isCancel(apart.index)
-                width: column.width
+                delegate: SheetCard {
+                    id: apart
 
-                SheetChoice {
-                    // The others of these are not to be seen.
-                    focus: apart.visible
-                    index: apart.index
-                    modelData: apart.modelData
-                    separated: false
-                    sheet: body.sheet
+                    required property int index
+                    required property string modelData
+
+                    radius: body.radius
                     theme: body.theme
-                    width: parent?.width ?? 0
+                    visible: body.sheet.isCancel(apart.index)
+                    width: column.width
+
+                    SheetChoice {
+                        // The others of these are not to be seen.
+                        focus: apart.visible
+                        index: apart.index
+                        modelData: apart.modelData
+                        separated: false
+                        sheet: body.sheet
+                        theme: body.theme
+                        width: parent?.width ?? 0
+                    }
                 }
             }
         }

@@ -7,9 +7,12 @@ import Tandem.Settings
 SheetBody {
     id: body
 
+    readonly property real usualWidth: 290
+    readonly property real greatestWidth: 480
+
     centred: true
     implicitHeight: card.implicitHeight
-    preferredWidth: 290
+    preferredWidth: Math.min(body.usualWidth * body.theme.textScale, body.greatestWidth)
 
     Accessible.role: Accessible.AlertMessage
 
@@ -20,21 +23,27 @@ SheetBody {
         theme: body.theme
         width: parent.width
 
-        SheetText {
-            message: body.sheet.message
+        SheetMessage {
+            room: body.room - choices.height
+            sheet: body.sheet
             theme: body.theme
-            title: body.sheet.title
             width: parent.width
         }
 
-        Repeater {
-            model: body.sheet.actions
+        Column {
+            id: choices
 
-            delegate: SheetChoice {
-                focus: index === 0
-                sheet: body.sheet
-                theme: body.theme
-                width: parent?.width ?? 0
+            width: parent.width
+
+            Repeater {
+                model: body.sheet.actions
+
+                delegate: SheetChoice {
+                    focus: index === 0
+                    sheet: body.sheet
+                    theme: body.theme
+                    width: parent?.width ?? 0
+                }
             }
         }
     }

@@ -76,7 +76,9 @@ FocusScope {
         }
     }
 
+    // The bar has colours of its own, before which the usual one is not seen.
     FocusRing {
+        ink: button.color
         target: button
         theme: button.theme
     }

@@ -109,8 +109,8 @@ void ControlPainter::drawSlider(
     const double thumb = thumbX(control, frame, theme.isMirrored());
     const auto* segmentable = dynamic_cast<const PSSegmentableSlider*>(&control);
     if (segmentable)
-        drawSteps(painter, travel, segmentable->segmentCount(), theme.separatorColor());
-    drawTrack(painter, track, theme.separatorColor());
+        drawSteps(painter, travel, segmentable->segmentCount(), theme.accessoryColor());
+    drawTrack(painter, track, theme.accessoryColor());
     QRectF filled = track;
     if (theme.isMirrored())
         filled.setLeft(thumb);

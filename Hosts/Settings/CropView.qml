@@ -10,6 +10,8 @@ FocusScope {
     required property SheetModel sheet
     required property Theme theme
     required property string photo
+    /// How round the corners above are, into which the photo may not reach.
+    required property real radius
 
     readonly property real keyStep: 12
     readonly property real keyZoom: 1.1
@@ -46,7 +48,7 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         color: "black"
-        radius: 12
+        radius: view.radius
     }
 
     CropItem {
@@ -61,6 +63,7 @@ FocusScope {
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: parent.top
+        anchors.topMargin: view.radius
         focus: true
         host: view.host
         photo: view.photo

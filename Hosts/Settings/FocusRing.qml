@@ -7,9 +7,10 @@ Rectangle {
 
     required property Item target
     required property Theme theme
+    property color ink: ring.theme.focus
 
     anchors.fill: parent
-    border.color: ring.theme.focus
+    border.color: ring.ink
     border.width: 3
     color: "transparent"
     radius: 8

@@ -2,16 +2,22 @@ import QtQuick
 import Tandem.Settings
 
 /// A page of the web, which the user's browser shows.
-Item {
+ScrollArea {
     id: view
 
     required property PageModel page
     required property Theme theme
 
+    readonly property int margin: 24
+
+    contentHeight: Math.max(view.height, column.implicitHeight + 2 * view.margin)
+
     Column {
+        id: column
+
         anchors.centerIn: parent
         spacing: 16
-        width: Math.min(parent.width - 48, 480)
+        width: Math.min(view.width - 2 * view.margin, 480)
 
         Text {
             Accessible.name: text

@@ -190,6 +190,17 @@ int PageModel::nextWorkable(int index, int direction) const
     return index;
 }
 
+int PageModel::nearestWorkable(int index) const
+{
+    if (canBeWorked(index))
+        return index;
+    for (const int direction : { 1, -1 }) {
+        if (const int next = nextWorkable(index, direction); next != index)
+            return next;
+    }
+    return -1;
+}
+
 void PageModel::setRowWidth(double width)
 {
     if (!_list || width <= 0)

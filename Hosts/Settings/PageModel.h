@@ -70,6 +70,9 @@ public:
     /// The next item in that direction (1 or -1) that a user can do something with; the index itself when there is
     /// none.
     Q_INVOKABLE int nextWorkable(int index, int direction) const;
+    /// The item itself when a user can do something with it, else the one nearest behind it, else before it; -1 for
+    /// none.
+    Q_INVOKABLE int nearestWorkable(int index) const;
     /// The width of the rows, which the page lays its cells out in.
     Q_INVOKABLE void setRowWidth(double width);
 

@@ -303,7 +303,8 @@ void PageRowItem::dragTo(float value)
     const auto moved = slider();
     if (!moved)
         return;
-    _dragged = value;
+    // A slider with steps goes from step to step.
+    _dragged = value = moved->restingValue(value);
     // Only a continuous slider tells its targets while it moves; the others need no turn for it.
     if (moved->isContinuous())
         _page->host().turn([&] { moved->drag(value); });
@@ -391,6 +392,8 @@ void PageRowItem::mouseReleaseEvent(QMouseEvent* event)
     setKeepMouseGrab(false);
     setPressed(false);
     const bool inside = contains(event->position());
+    if (touch != Touch::None && inside)
+        emit touched();
     if (touch == Touch::Track && slider())
         dragTo(ControlPainter::valueAt(*slider(), controlFrame(), event->position().x(), _page->theme()->isMirrored()));
     if (touch == Touch::Track || touch == Touch::Thumb)
@@ -558,7 +561,7 @@ void PageRowItem::paintAccessory(QPainter& painter)
         QRectF chevron = place(disclosureWidth, disclosureHeight);
         const double wider = (disclosureHeight - disclosureWidth) / 2;
         chevron.adjust(-wider, 0, wider, 0);
-        Glyph::draw(painter, Glyph::Shape::Forward, chevron, theme.separatorColor(), accessoryLine, theme.isMirrored());
+        Glyph::draw(painter, Glyph::Shape::Forward, chevron, theme.accessoryColor(), accessoryLine, theme.isMirrored());
     } else if (_cell->accessoryType() == UITableViewCellAccessoryType::Checkmark) {
         const auto& color = _cell->textLabel()->textColor();
         Glyph::draw(painter, Glyph::Shape::Checkmark, place(checkmarkSize, checkmarkSize),

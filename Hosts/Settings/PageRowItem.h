@@ -81,6 +81,8 @@ signals:
     void rowChanged();
     void refreshed();
     void knobChanged();
+    /// The user has worked the row with a finger or the mouse; what it does comes after.
+    void touched();
 
 protected:
     // QQuickItem

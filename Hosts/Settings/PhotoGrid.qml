@@ -9,7 +9,10 @@ FocusScope {
 
     required property Theme theme
     required property SheetModel sheet
+    /// How round the corners below are, into which no photo may reach.
+    required property real radius
 
+    readonly property int margin: 16
     readonly property int spacing: 2
     readonly property real widest: 130
 
@@ -35,13 +38,21 @@ FocusScope {
         }
 
         Text {
+            id: title
+
             Accessible.ignored: !library.visible
             Accessible.name: text
             Accessible.role: Accessible.Heading
-            anchors.centerIn: parent
+            anchors.left: parent.left
+            // In the middle, and where there is no room for that, beside the button.
+            anchors.leftMargin: Math.max((top.width - title.width) / 2, cancel.width)
+            anchors.verticalCenter: parent.verticalCenter
             color: library.theme.text
             font: library.theme.font(17, true)
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 9
             text: qsTr("Photos")
+            width: Math.min(title.implicitWidth, top.width - cancel.width - library.margin)
         }
     }
 
@@ -67,8 +78,9 @@ FocusScope {
         Accessible.ignored: !grid.visible
         Accessible.name: qsTr("Photos")
         Accessible.role: Accessible.List
-        activeFocusOnTab: true
+        activeFocusOnTab: grid.count > 0
         anchors.bottom: parent.bottom
+        anchors.bottomMargin: library.radius
         anchors.left: parent.left
         anchors.right: parent.right
         anchors.top: top.bottom

@@ -6,12 +6,14 @@ SheetBody {
     id: body
 
     property string chosen: ""
+    readonly property int radius: 12
 
     function take(photo: string) {
         if (!body.sheet.allowsEditing) {
             body.sheet.pickWhole(photo);
             return;
         }
+        body.host.sceneChanged();
         body.chosen = photo;
         crop.forceActiveFocus();
     }
@@ -23,14 +25,15 @@ SheetBody {
 
     Rectangle {
         anchors.fill: parent
-        color: body.theme.page
-        radius: 12
+        color: body.theme.dark ? body.theme.card : body.theme.page
+        radius: body.radius
     }
 
     PhotoGrid {
         anchors.fill: parent
         enabled: body.chosen === ""
         focus: body.chosen === ""
+        radius: body.radius
         sheet: body.sheet
         theme: body.theme
         visible: body.chosen === ""
@@ -47,6 +50,7 @@ SheetBody {
         focus: body.chosen !== ""
         host: body.host
         photo: body.chosen
+        radius: body.radius
         sheet: body.sheet
         theme: body.theme
         visible: body.chosen !== ""

@@ -21,12 +21,18 @@ FocusScope {
     Keys.onReturnPressed: tile.taken()
     Keys.onSpacePressed: tile.taken()
 
+    // Seen while the photo is read, and in its place when it cannot be.
+    Rectangle {
+        anchors.fill: parent
+        color: tile.theme.pressed
+    }
+
     Image {
         anchors.fill: parent
         asynchronous: tile.theme.animated
         autoTransform: true
         fillMode: Image.PreserveAspectCrop
-        source: "file://" + encodeURI(tile.modelData)
+        source: "file://" + tile.modelData.split("/").map(encodeURIComponent).join("/")
         sourceSize.width: 320
     }
 
@@ -35,6 +41,7 @@ FocusScope {
     }
 
     FocusRing {
+        radius: 0
         target: tile
         theme: tile.theme
     }

@@ -12,6 +12,7 @@ SheetBody {
 
     Accessible.name: qsTr("Share")
     implicitHeight: column.implicitHeight
+    told: outcome.visible ? outcome : null
 
     Column {
         id: column
@@ -82,6 +83,8 @@ SheetBody {
             }
 
             Text {
+                id: outcome
+
                 Accessible.ignored: !visible
                 Accessible.name: text
                 Accessible.role: Accessible.AlertMessage

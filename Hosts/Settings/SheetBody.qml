@@ -14,9 +14,22 @@ FocusScope {
     /// True for a box in the middle of the window at any width.
     property bool centred: false
     property real preferredWidth: 480
+    /// How high the sheet may be before it is scrolled as a whole.
+    property real room: Infinity
+    /// The part that has something new to say; null for none.
+    property Item told: null
+
+    function moveFocus(forward: bool) {
+        const from = body.Window.activeFocusItem;
+        const next = from === null ? null : from.nextItemInFocusChain(forward);
+        if (next !== null)
+            next.forceActiveFocus();
+    }
 
     Accessible.name: body.sheet.title
     Accessible.role: Accessible.Dialog
 
+    Keys.onDownPressed: body.moveFocus(true)
     Keys.onEscapePressed: body.sheet.cancel()
+    Keys.onUpPressed: body.moveFocus(false)
 }

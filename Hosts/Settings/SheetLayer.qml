@@ -79,6 +79,13 @@ FocusScope {
         onFinished: layer.finish()
     }
 
+    Binding {
+        property: "room"
+        target: layer.body
+        value: panel.room
+        when: layer.body !== null
+    }
+
     Rectangle {
         id: darkness
 
@@ -103,19 +110,16 @@ FocusScope {
         }
     }
 
-    Flickable {
+    ScrollArea {
         id: panel
 
         readonly property real room: layer.height - 2 * layer.margin
         readonly property bool full: layer.body !== null && layer.body.fills
 
         anchors.horizontalCenter: parent.horizontalCenter
-        boundsBehavior: Flickable.StopAtBounds
-        clip: true
         contentHeight: loader.height
-        contentWidth: panel.width
+        told: layer.body?.told ?? null
         height: panel.full ? panel.room : Math.min(panel.room, loader.height)
-        interactive: panel.contentHeight > panel.height
         opacity: layer.wide ? layer.raised : 1
         width: Math.min(layer.width - 2 * layer.margin, layer.body === null ? 0 : layer.body.preferredWidth)
         y: layer.wide ? (layer.height - panel.height) / 2 : layer.height - (panel.height + layer.margin) * layer.raised

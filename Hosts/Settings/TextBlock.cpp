@@ -23,9 +23,11 @@ double lineHeightOf(const QFont& font)
     return std::ceil(QFontMetricsF(font).height());
 }
 
-QTextOption breaking(Qt::Alignment alignment)
+/// Lines of a text that runs as its own letters do, not as the window does: numbers stay numbers in a mirrored one.
+QTextOption breaking(const QString& text, Qt::Alignment alignment)
 {
     QTextOption option(alignment | Qt::AlignAbsolute);
+    option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     return option;
 }
@@ -81,7 +83,7 @@ std::shared_ptr<const BrokenText> brokenText(const TextKey& key, double width)
         return *known;
     auto fresh = std::make_shared<BrokenText>();
     fresh->layout = std::make_unique<QTextLayout>(key.text, key.font);
-    fresh->layout->setTextOption(breaking(Qt::AlignLeft));
+    fresh->layout->setTextOption(breaking(key.text, Qt::AlignLeft));
     fresh->width = within;
     fresh->lineHeight = lineHeightOf(key.font);
     fresh->widest = breakIntoLines(*fresh->layout, within, fresh->lineHeight);
@@ -177,7 +179,7 @@ private:
         result.layout = std::make_shared<QTextLayout>(
             QString(result.text).remove(QChar(QChar::ObjectReplacementCharacter)), tallest);
         result.layout->setFormats(formats);
-        result.layout->setTextOption(breaking(alignment));
+        result.layout->setTextOption(breaking(result.text, alignment));
         const double lineHeight = lineHeightOf(tallest);
         breakIntoLines(*result.layout, _width, lineHeight);
         const double texts =

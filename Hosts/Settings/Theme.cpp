@@ -95,7 +95,12 @@ QColor Theme::secondaryTextColor() const
 
 QColor Theme::separatorColor() const
 {
-    return _dark ? QColor(0x38, 0x38, 0x3A) : QColor(0xC6, 0xC6, 0xC8);
+    return _dark ? QColor(0x48, 0x48, 0x4A) : QColor(0xC6, 0xC6, 0xC8);
+}
+
+QColor Theme::accessoryColor() const
+{
+    return _dark ? QColor(0x78, 0x78, 0x7D) : QColor(0x90, 0x90, 0x96);
 }
 
 QColor Theme::tintColor() const

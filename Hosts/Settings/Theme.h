@@ -27,6 +27,7 @@ class Theme : public QObject {
     Q_PROPERTY(QColor text READ textColor NOTIFY changed)
     Q_PROPERTY(QColor secondaryText READ secondaryTextColor NOTIFY changed)
     Q_PROPERTY(QColor separator READ separatorColor NOTIFY changed)
+    Q_PROPERTY(QColor accessory READ accessoryColor NOTIFY changed)
     Q_PROPERTY(QColor tint READ tintColor NOTIFY changed)
     Q_PROPERTY(QColor destructive READ destructiveColor NOTIFY changed)
     Q_PROPERTY(QColor focus READ focusColor NOTIFY changed)
@@ -64,6 +65,8 @@ public:
     QColor textColor() const;
     QColor secondaryTextColor() const;
     QColor separatorColor() const;
+    /// Of chevrons, and of what a slider is not filled with: seen beside the texts, and not before them.
+    QColor accessoryColor() const;
     QColor tintColor() const;
     QColor destructiveColor() const;
     QColor focusColor() const;
