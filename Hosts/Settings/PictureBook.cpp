@@ -61,11 +61,7 @@ bool PictureBook::write(QString& error)
         error = QStringLiteral("%1 cannot be made").arg(_folder);
         return false;
     }
-    for (const bool dark : { false, true }) {
-        _window.host().setDark(dark);
-        _appearance = dark ? QStringLiteral("dark") : QStringLiteral("light");
-        writeAll();
-    }
+    writeAll();
     error = _error;
     return _error.isEmpty();
 }
@@ -74,7 +70,8 @@ void PictureBook::writeAll()
 {
     writePage(QStringLiteral("root"));
     for (const Entry& entry : entries) {
-        open(QString::fromLatin1(entry.identifier));
+        if (!open(QString::fromLatin1(entry.identifier)))
+            continue;
         if (QLatin1String(entry.name) == QLatin1String("bluetooth"))
             turnOnFirst();
         writePage(QString::fromLatin1(entry.name));
@@ -116,13 +113,12 @@ void PictureBook::writeSheets()
     takePicture(QStringLiteral("share"));
     host.returnToFirstPage();
 
-    open(QStringLiteral("Misc"));
-    tap(QStringLiteral("EmailLog"));
-    takePicture(QStringLiteral("alert"));
+    if (open(QStringLiteral("Misc")) && tap(QStringLiteral("EmailLog")))
+        takePicture(QStringLiteral("alert"));
     host.returnToFirstPage();
 
-    open(QStringLiteral("TDSimSettingsController"));
-    tap(QStringLiteral("LOGO+"));
+    if (!open(QStringLiteral("TDSimSettingsController")) || !tap(QStringLiteral("LOGO+")))
+        return host.returnToFirstPage();
     takePicture(QStringLiteral("change-logo"));
     if (host.sheet())
         host.sheet()->choose(0);
@@ -131,8 +127,7 @@ void PictureBook::writeSheets()
     if (host.sheet() && !host.sheet()->photos().isEmpty())
         host.sheet()->pickWhole(host.sheet()->photos().first());
     writePage(QStringLiteral("sims-with-logo"));
-    tap(QStringLiteral("LOGO"));
-    if (host.sheet())
+    if (tap(QStringLiteral("LOGO")) && host.sheet())
         takePicture(QStringLiteral("reset-logo"));
     host.returnToFirstPage();
 }
@@ -148,17 +143,20 @@ void PictureBook::takeCropPicture()
     takePicture(QStringLiteral("crop"));
 }
 
-void PictureBook::open(const QString& identifier)
+bool PictureBook::open(const QString& identifier)
 {
-    tap(identifier);
-    settle();
+    const PageModel* page = _window.host().topPage();
+    return tap(identifier) && _window.host().topPage() != page;
 }
 
-void PictureBook::tap(const QString& identifier)
+bool PictureBook::tap(const QString& identifier)
 {
     PageModel* page = _window.host().topPage();
-    page->tap(indexOf(*page, identifier));
+    const int index = indexOf(*page, identifier);
+    if (index >= 0)
+        page->tap(index);
     settle();
+    return index >= 0;
 }
 
 void PictureBook::turnOnFirst()
@@ -176,10 +174,16 @@ void PictureBook::turnOnFirst()
 
 void PictureBook::takePicture(const QString& name)
 {
-    settle();
-    const QString file = QDir(_folder).filePath(QStringLiteral("%1-%2.png").arg(name, _appearance));
-    if (!_window.grabWindow().save(file) && _error.isEmpty())
-        _error = QStringLiteral("%1 cannot be written").arg(file);
+    // Light and dark of one and the same page, before anything on it is worked.
+    for (const bool dark : { false, true }) {
+        _window.host().setDark(dark);
+        settle();
+        const QLatin1String appearance(dark ? "dark" : "light");
+        const QString file = QDir(_folder).filePath(QStringLiteral("%1-%2.png").arg(name, appearance));
+        if (!_window.grabWindow().save(file) && _error.isEmpty())
+            _error = QStringLiteral("%1 cannot be written").arg(file);
+    }
+    _window.host().setDark(false);
 }
 
 void PictureBook::settle()

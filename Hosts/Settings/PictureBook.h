@@ -4,7 +4,8 @@
 
 class SettingsWindow;
 
-/// Writes a PNG of every page and every sheet, light and dark, into a folder, by working the pages as a user does.
+/// Writes a PNG of every page and every sheet that the phone has, light and dark, into a folder, by working the pages
+/// as a user does.
 class PictureBook {
 public:
     PictureBook(SettingsWindow& window, QString folder)
@@ -21,8 +22,9 @@ private:
     void writePage(const QString& name);
     int heightOfPage() const;
     void writeSheets();
-    void open(const QString& identifier);
-    void tap(const QString& identifier);
+    /// False when the page on top has no such row, or the row opens no page.
+    bool open(const QString& identifier);
+    bool tap(const QString& identifier);
     /// Turns the switch in the page's first row on, so that the rows below it are there.
     void turnOnFirst();
     void takeCropPicture();
@@ -31,6 +33,5 @@ private:
 
     SettingsWindow& _window;
     QString _folder;
-    QString _appearance;
     QString _error;
 };

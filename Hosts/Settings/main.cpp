@@ -11,7 +11,11 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <filesystem>
 #include <thread>
+#include <utility>
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -22,6 +26,8 @@ constexpr double usualPoints = 17;
 constexpr const char* graphicsVariable = "QSG_RHI_BACKEND";
 /// Pictures have so many pixels a point.
 constexpr const char* pictureScale = "2";
+/// Where a phone's root has all that the pages change.
+constexpr const char* preferencesFolder = "/var/mobile/Library/Preferences";
 
 int fail(const QString& message, int code)
 {
@@ -67,12 +73,19 @@ int writePictures(SettingsWindow& window, const WindowOptions& options)
     return PictureBook(window, *options.pictures).write(error) ? 0 : fail(error, exitFailure);
 }
 
-/// Pictures show a phone that nobody has used, and leave the user's own alone.
+/// Pictures show a phone that nobody has used, or the one at the root as it is: what is worked for them is a copy.
 HostOptions hostOptions(const WindowOptions& options, std::optional<QTemporaryDir>& scratch)
 {
     HostOptions host = options.host;
-    if (options.pictures && host.root.empty())
-        host.root = scratch.emplace().path().toStdString();
+    if (!options.pictures)
+        return host;
+    const std::string own = std::exchange(host.root, scratch.emplace().path().toStdString());
+    host.provision = true;
+    if (!own.empty()) {
+        std::error_code ignored;
+        fs::create_directories(host.root + preferencesFolder, ignored);
+        fs::copy(own + preferencesFolder, host.root + preferencesFolder, fs::copy_options::recursive, ignored);
+    }
     return host;
 }
 
