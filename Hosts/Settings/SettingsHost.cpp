@@ -95,16 +95,19 @@ void SettingsHost::startFollowing()
 
 void SettingsHost::watchSettings()
 {
-    const QString file = QString::fromStdString(_session->files()->hostPath(SettingsFile::path));
-    for (const QString& path : { file, QFileInfo(file).path() }) {
-        if (!_watcher.files().contains(path) && !_watcher.directories().contains(path))
+    QStringList paths { QString::fromStdString(_session->files()->hostPath(SettingsFile::path)) };
+    for (const std::string& folder : _session->watchedFolders())
+        paths.append(QString::fromStdString(folder));
+    for (const QString& path : paths) {
+        const bool isWatched = _watcher.files().contains(path) || _watcher.directories().contains(path);
+        if (!isWatched && QFileInfo::exists(path))
             _watcher.addPath(path);
     }
 }
 
 void SettingsHost::catchUp()
 {
-    turn([] {});
+    turn([this] { _session->showCompanions(); });
     // A file that was replaced is another one to the watcher.
     watchSettings();
 }
@@ -189,6 +192,7 @@ void SettingsHost::willPush(const std::shared_ptr<UIViewController>& page)
 {
     const auto& stack = _session->navigation().viewControllers();
     const auto below = stack.size() < 2 ? nullptr : stack[stack.size() - 2];
+    emit sceneChanged();
     _coming = std::make_shared<PageModel>(page, below, *this);
     if (_coming->list())
         _coming->list()->table().setObserver(_coming);
@@ -206,6 +210,7 @@ void SettingsHost::didPop(const std::shared_ptr<UIViewController>& page)
 {
     _pages.pop(*page);
     _hasNewPage = true;
+    emit sceneChanged();
 }
 
 void SettingsHost::didPresent(const std::shared_ptr<UIViewController>& controller)
@@ -218,6 +223,7 @@ void SettingsHost::didPresent(const std::shared_ptr<UIViewController>& controlle
     _sheet = std::make_shared<SheetModel>(controller, photos, *this);
     QQmlEngine::setObjectOwnership(_sheet.get(), QQmlEngine::CppOwnership);
     emit sheetChanged();
+    emit sceneChanged();
 }
 
 void SettingsHost::didDismiss(const std::shared_ptr<UIViewController>& controller)
@@ -228,4 +234,5 @@ void SettingsHost::didDismiss(const std::shared_ptr<UIViewController>& controlle
     if (_goneSheets.size() > goneSheetsKept)
         _goneSheets.erase(_goneSheets.begin());
     emit sheetChanged();
+    emit sceneChanged();
 }

@@ -63,6 +63,8 @@ public:
 
 signals:
     void sheetChanged();
+    /// Something else stands where the user has just tapped.
+    void sceneChanged();
 
 protected:
     // QObject

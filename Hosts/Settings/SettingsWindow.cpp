@@ -37,6 +37,7 @@ SettingsWindow::SettingsWindow(std::shared_ptr<SettingsHost> host, std::unique_p
     ItemAccess::install();
     QQmlEngine::setObjectOwnership(_host.get(), QQmlEngine::CppOwnership);
     connect(this, &QQuickWindow::frameSwapped, _host.get(), &SettingsHost::pageIsShown, Qt::QueuedConnection);
+    connect(_host.get(), &SettingsHost::sceneChanged, this, [this] { _secondTaps.noteNewScene(); });
     setTitle(QStringLiteral("Pairo"));
     setResizeMode(SizeRootObjectToView);
     setMinimumSize({ smallestWidth, smallestHeight });
@@ -52,4 +53,13 @@ SettingsWindow::~SettingsWindow()
 {
     // The items ask the pages until they are gone, so they go first.
     setSource({});
+}
+
+bool SettingsWindow::event(QEvent* event)
+{
+    if (_secondTaps.swallows(*event)) {
+        event->accept();
+        return true;
+    }
+    return QQuickView::event(event);
 }

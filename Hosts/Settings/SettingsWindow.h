@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SecondTaps.h"
 #include "SettingsHost.h"
 
 #include <QQmlEngine>
@@ -20,6 +21,11 @@ public:
 
     SettingsHost& host() { return *_host; }
 
+protected:
+    // QWindow
+    bool event(QEvent* event) override;
+
 private:
     std::shared_ptr<SettingsHost> _host;
+    SecondTaps _secondTaps;
 };

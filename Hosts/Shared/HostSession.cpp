@@ -87,6 +87,7 @@ std::unique_ptr<HostSession> HostSession::open(
     Phone::setCurrent(std::move(phone));
 
     session->_settingsFile = std::make_unique<SettingsFile>(session->_files);
+    session->_companions = std::make_unique<CompanionFiles>(session->_files);
     if (options.provision && !session->provision(error))
         return nullptr;
     session->_principalClass = loadPrincipalClass(*session->_files, pluginBundlePath, error);
@@ -158,6 +159,8 @@ std::optional<std::string> HostSession::turn(const std::function<void()>& act)
         _linuxPhone->beginTurn();
     _settingsFile->lock();
     try {
+        if (_companions->hasChanged())
+            _hasStaleCompanions = true;
         if (_settingsFile->hasChanged() && !_navigation->viewControllers().empty())
             catchUp();
         act();
@@ -173,6 +176,7 @@ HostSession::TurnEnd::~TurnEnd()
 {
     SettingsFile& file = *session._settingsFile;
     file.noteContent();
+    session._companions->note();
     if (session._options.provision)
         file.keepGoodCopy();
     file.unlock();
@@ -185,6 +189,18 @@ void HostSession::catchUp()
 {
     TDSettings::sharedSettings()->reloadSettings();
     NSNotificationCenter::defaultCenter().postNotificationName(settingsChangedNotification);
+    reloadPages();
+}
+
+void HostSession::showCompanions()
+{
+    if (_hasStaleCompanions)
+        reloadPages();
+}
+
+void HostSession::reloadPages()
+{
+    _hasStaleCompanions = false;
     for (const auto& controller : _navigation->viewControllers()) {
         if (const auto page = std::dynamic_pointer_cast<PSListController>(controller))
             page->reloadSpecifiers();

@@ -5,6 +5,7 @@
 #include "Phone/Phone.h"
 #include "PreferencesUI/PSListController.h"
 #include "Shared/ChosenAppearance.h"
+#include "Shared/CompanionFiles.h"
 #include "Shared/HostOptions.h"
 #include "Shared/SettingsFile.h"
 #include "UIKit/UIViewController.h"
@@ -45,6 +46,11 @@ public:
     /// The files of the phone's photo library; none on another phone than the demo phone.
     std::vector<std::string> photos() const { return _demoPhone ? _demoPhone->photos() : std::vector<std::string>(); }
     const std::shared_ptr<DiskFiles>& files() const { return _files; }
+    /// Builds the rows anew when another process has changed a binding or a logo since they were last built so. Called
+    /// in a turn, by a host that watches those files while a page is open.
+    void showCompanions();
+    /// The folders on this machine in which other processes change what the pages show. They need not be there.
+    std::vector<std::string> watchedFolders() const { return _companions->hostFolders(); }
     const Class& principalClass() const { return *_principalClass; }
     /// What the user is to be told once, as that a damaged file was replaced; absent for nothing.
     const std::optional<std::string>& notice() const { return _notice; }
@@ -67,6 +73,7 @@ private:
     void appearanceChanged();
     bool provision(std::string& error);
     void catchUp();
+    void reloadPages();
 
     HostOptions _options;
     std::shared_ptr<DiskFiles> _files;
@@ -76,6 +83,8 @@ private:
     /// Null on a phone without an appearance.
     std::shared_ptr<ChosenAppearance> _appearance;
     std::unique_ptr<SettingsFile> _settingsFile;
+    std::unique_ptr<CompanionFiles> _companions;
+    bool _hasStaleCompanions = false;
     const Class* _principalClass = nullptr;
     std::shared_ptr<UINavigationController> _navigation;
     std::shared_ptr<PSListController> _root;

@@ -1,5 +1,6 @@
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QStyleHints>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -15,5 +16,7 @@ int main(int argumentCount, char** arguments)
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     testing::InitGoogleTest(&argumentCount, arguments);
     QGuiApplication application(argumentCount, arguments);
+    // Taps of tests follow one another more closely than those of people, and each is meant.
+    QGuiApplication::styleHints()->setMouseDoubleClickInterval(0);
     return RUN_ALL_TESTS();
 }
