@@ -29,6 +29,24 @@ TEST_F(ControlTest, SliderWritesOnceWhenTheMouseLetsGo)
     EXPECT_EQ(row->value(), std::round(row->value()));
 }
 
+TEST_F(ControlTest, SliderWithStepsShowsTheStepThatItWillTake)
+{
+    openWindow();
+    openPage("Calls");
+    const PageRowItem* row = item("TandemSimSelectionTimeForCalls");
+    ASSERT_TRUE(row);
+    const QPoint thumb = inWindow(*row, row->thumbFrame().center());
+    QTest::mousePress(_window.get(), Qt::LeftButton, {}, thumb);
+    for (int x = 1; x <= 100; x += 3) {
+        QTest::mouseMove(_window.get(), thumb + QPoint(x, 0));
+        EXPECT_EQ(row->value(), std::round(row->value()));
+    }
+    const double shown = row->value();
+    QTest::mouseRelease(_window.get(), Qt::LeftButton, {}, thumb + QPoint(100, 0));
+    settle();
+    EXPECT_EQ(item("TandemSimSelectionTimeForCalls")->value(), shown);
+}
+
 TEST_F(ControlTest, SliderWritesOnceWhenTheKeyIsLetGo)
 {
     openWindow();

@@ -191,6 +191,39 @@ protected:
     }
 };
 
+/// Photos by names that mean something else in addresses.
+class PhotoNamesTest : public WindowTest { };
+
+TEST_F(PhotoNamesTest, OfAnyKindAreShown)
+{
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    Json photos = Json::array();
+    for (const char* name : { "a#b.png", "e f?.png", "100%25.png", "\xC3\xA4&+.png" }) {
+        ASSERT_TRUE(picture.save(_root.filePath(QString::fromUtf8(name)))) << name;
+        photos.push_back(name);
+    }
+    QFile phone(_root.filePath("phone.json"));
+    ASSERT_TRUE(phone.open(QIODevice::WriteOnly));
+    phone.write(QByteArray::fromStdString(
+        Json { { "photos", photos }, { "subscriptions", { { { "uuid", personal.toStdString() }, { "label", "A" } } } } }
+            .dump()));
+    phone.close();
+    _phone = phone.fileName().toStdString();
+    openWindow();
+    openPage("TDSimSettingsController");
+    page().tap(indexOf("LOGO+" + personal));
+    host().sheet()->choose(0);
+    settle();
+    int shown = 0;
+    findItem(_window->rootObject(), [&shown](const QQuickItem& item) {
+        // Ready, in the toolkit's numbers.
+        shown += item.inherits("QQuickImage") && item.property("status").toInt() == 1;
+        return false;
+    });
+    EXPECT_EQ(shown, 4);
+}
+
 TEST_F(SheetInterruptedTest, ClosedWhileThePhotosComeUp)
 {
     openWindow(Motion::Shown);
