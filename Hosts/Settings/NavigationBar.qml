@@ -11,7 +11,9 @@ FocusScope {
     readonly property color ink: bar.page.barTextColor
     readonly property int margin: 8
     readonly property int lowest: 44
-    readonly property real backWidth: back.visible ? back.width : 0
+    readonly property real backWidth: bar.page.first ? 0 : back.width
+    /// How wide the back button may be with its text: the title comes first where there is not room for both.
+    readonly property real roomForBack: (bar.width - Math.min(title.implicitWidth, bar.width / 2)) / 2 - 2 * bar.margin
     readonly property real shareWidth: share.visible ? share.width : bar.margin
     readonly property real leftWidth: bar.theme.mirrored ? bar.shareWidth : bar.backWidth
     readonly property real rightWidth: bar.theme.mirrored ? bar.backWidth : bar.shareWidth
@@ -23,23 +25,22 @@ FocusScope {
         color: bar.page.barColor
     }
 
-    BarButton {
+    // The first page has none.
+    Loader {
         id: back
 
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.top: parent.top
-        color: bar.ink
-        // The title comes first where there is not room for both.
-        maximumWidth: (bar.width - Math.min(title.implicitWidth, bar.width / 2)) / 2 - 2 * bar.margin
-        name: bar.page.backTitle === "" ? qsTr("Back") : qsTr("Back to %1").arg(bar.page.backTitle)
-        picture: bar.page.leftPicture
-        shape: Glyph.Back
-        text: bar.page.leftPicture.present ? "" : bar.page.backTitle
-        theme: bar.theme
-        visible: !bar.page.first
 
-        onActivated: bar.page.pressLeft()
+        Component.onCompleted: {
+            if (!bar.page.first)
+                back.setSource("BackButton.qml", {
+                        "bar": bar,
+                        "page": bar.page,
+                        "theme": bar.theme
+                    });
+        }
     }
 
     Text {
@@ -57,7 +58,8 @@ FocusScope {
         fontSizeMode: Text.HorizontalFit
         horizontalAlignment: Text.AlignHCenter
         minimumPixelSize: 12
-        text: bar.page.title
+        // What is not seen need not be measured.
+        text: title.visible ? bar.page.title : ""
         verticalAlignment: Text.AlignVCenter
         visible: !bar.page.titlePicture.present
         width: Math.min(implicitWidth, bar.width - bar.leftWidth - bar.rightWidth)

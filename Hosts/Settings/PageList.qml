@@ -12,6 +12,8 @@ ListView {
 
     readonly property real margin: list.width < 414 ? 16 : 20
     readonly property real rowWidth: Math.min(list.width - 2 * list.margin, 640)
+    /// The page is a list, and has nothing but the texts at its end.
+    readonly property bool isEmpty: list.count === 1
     readonly property int moveDuration: 240
     /// How much of its height the list goes on by at once, and where in it the row is then that gets the keyboard.
     readonly property real pageShare: 0.9
@@ -63,6 +65,13 @@ ListView {
         const kept = list.page.nearestWorkable(list.currentIndex);
         if (kept !== list.currentIndex)
             list.currentIndex = kept;
+    }
+
+    function noteEmptiness() {
+        if (list.isEmpty && note.status === Loader.Null)
+            note.setSource("EmptyNote.qml", {
+                    "theme": list.theme
+                });
     }
 
     function keepFocusInSight() {
@@ -141,6 +150,7 @@ ListView {
         list.page.setRowWidth(list.rowWidth);
         list.currentIndex = list.page.nearestWorkable(0);
         list.keepFocusInSight();
+        list.noteEmptiness();
     }
     Keys.onDownPressed: list.moveFocus(1)
     Keys.onPressed: event => {
@@ -160,30 +170,32 @@ ListView {
     }
     Keys.onUpPressed: list.moveFocus(-1)
     onCountChanged: list.keepFocus()
+    onMovingChanged: {
+        // Not before something is scrolled.
+        if (mark.status === Loader.Null)
+            mark.setSource("ScrollMark.qml", {
+                    "target": list,
+                    "theme": list.theme
+                });
+    }
     onHeightChanged: list.keepFocusInSight()
+    onIsEmptyChanged: list.noteEmptiness()
     onRowWidthChanged: {
         list.page.setRowWidth(list.rowWidth);
         list.keepFocusInSight();
     }
 
-    ScrollMark {
-        target: list
-        theme: list.theme
+    Loader {
+        id: mark
     }
 
-    Text {
-        Accessible.ignored: !visible || !list.enabled
-        Accessible.name: text
-        Accessible.role: Accessible.Paragraph
+    Loader {
+        id: note
+
         anchors.centerIn: parent
-        color: list.theme.secondaryText
-        font: list.theme.font(17)
-        horizontalAlignment: Text.AlignHCenter
         parent: list
-        text: visible ? qsTr("There is nothing to set here yet.") : ""
-        visible: list.count === 1
+        visible: list.isEmpty
         width: list.rowWidth
-        wrapMode: Text.Wrap
     }
 
     Timer {
