@@ -70,10 +70,21 @@ void UIViewController::dismissViewControllerAnimated_completion(bool animated, c
     const auto dismissed = std::exchange(_presented, nullptr);
     dismissed->_presenting.reset();
     const auto navigation = navigationController();
-    if (const auto observer = navigation ? navigation->observer() : nullptr)
+    if (const auto observer = navigation ? navigation->observer() : nullptr) {
         observer->didDismiss(dismissed);
+        if (presentingViewController())
+            observer->didPresent(self());
+    }
     if (completion)
         completion();
+}
+
+std::shared_ptr<UIViewController> UIViewController::topmostViewController()
+{
+    auto top = self();
+    while (top->_presented)
+        top = top->_presented;
+    return top;
 }
 
 void UINavigationController::pushViewController_animated(
