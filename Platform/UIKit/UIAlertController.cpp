@@ -20,7 +20,7 @@ bool UIAlertController::chooseAction(std::size_t index)
         return false;
     const auto handler = _actions[index].handler;
     const auto keptAlive = self();
-    // This one itself, and not what it presents.
+    // This one too, and not only what it presents.
     if (const auto presenting = presentingViewController())
         presenting->dismissViewControllerAnimated_completion(true, nullptr);
     if (handler)

@@ -173,8 +173,10 @@ TEST_F(MiscPage, SheetThatIsChosenFromUnderAnAlert)
     sheet()->chooseAction(0);
     tap(*page, "EmailLog");
     phone.mail->drafts.at(0).onFailure();
+    screen->lines.clear();
     sheet()->chooseAction(2);
     EXPECT_EQ(page->presentedViewController(), nullptr);
+    EXPECT_EQ(screen->lines, (Strings { "dismiss", "dismiss" }));
 }
 
 TEST_F(MiscPage, LateFailureOfTheMailAfterThePageIsLeft)
