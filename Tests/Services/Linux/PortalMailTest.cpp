@@ -10,9 +10,17 @@
 
 namespace {
 
-/// Attachments that are none, on a machine without a bus.
+/// On a machine without a bus, with a mail program that takes every draft.
 class MailAttachments : public ::testing::Test {
 protected:
+    MailAttachments()
+    {
+        folder.write("xdg-email", "#!/bin/sh\n");
+        std::filesystem::permissions(folder.path("xdg-email"), std::filesystem::perms::owner_all);
+        qputenv("PATH", QByteArray::fromStdString(folder.path()));
+    }
+    ~MailAttachments() override { qputenv("PATH", _path); }
+
     bool compose(const std::string& attachment)
     {
         return mail.compose({ "a@mail.example", "subject", "", { attachment } });
@@ -22,7 +30,16 @@ protected:
     PortalMail mail { QDBusConnection(QStringLiteral("none")),
         std::make_shared<BackgroundActs>(std::make_shared<WaitBudget>()),
         [this](const std::string& path) { return folder.path(path); } };
+
+private:
+    QByteArray _path = qgetenv("PATH");
 };
+
+TEST_F(MailAttachments, RegularFile)
+{
+    folder.write("file", "x");
+    EXPECT_TRUE(compose("file"));
+}
 
 TEST_F(MailAttachments, PipeIsNotWaitedFor)
 {
