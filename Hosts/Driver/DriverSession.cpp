@@ -119,7 +119,11 @@ Json DriverSession::handle(const Json& request)
     Json reply { { "ok", true } };
     try {
         Json result;
-        const auto failure = _host->turn([&] { result = perform(request); });
+        const auto failure = _host->turn([&] {
+            // One of what has failed since the last request.
+            acknowledgeAlert();
+            result = perform(request);
+        });
         if (failure)
             throw RequestError(*failure);
         if (result.is_object())
@@ -368,7 +372,10 @@ Json DriverSession::hook(const Json& request)
 
 void DriverSession::acknowledgeAlert()
 {
-    const auto presented = std::dynamic_pointer_cast<UIAlertController>(top()->presentedViewController());
-    if (presented && presented->preferredStyle() == UIAlertControllerStyle::Alert)
-        top()->dismissViewControllerAnimated_completion(false, nullptr);
+    const auto alertOnTop = [this] {
+        const auto alert = std::dynamic_pointer_cast<UIAlertController>(top()->topmostViewController());
+        return alert && alert->preferredStyle() == UIAlertControllerStyle::Alert ? alert : nullptr;
+    };
+    while (const auto alert = alertOnTop())
+        alert->presentingViewController()->dismissViewControllerAnimated_completion(false, nullptr);
 }

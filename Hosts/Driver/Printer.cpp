@@ -1,18 +1,25 @@
 #include "Driver/Printer.h"
 
+#include "Driver/PlainText.h"
 #include "UIKit/UITableViewCell.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
+#include <string_view>
 
 namespace {
 
 constexpr std::size_t pageWidth = 76;
 constexpr std::size_t identifierColumn = 34;
+/// The fields of events that may have many lines: what is said to the user, and what is logged.
+constexpr std::array<std::string_view, 2> longFields { "message", "text" };
 
-std::string textOf(const Json& json)
+/// Of rows and events, which devices, SIMs and apps may have named.
+std::string textOf(const Json& json, LineBreaks lineBreaks = LineBreaks::Written)
 {
-    return json.is_string() ? json.get<std::string>() : std::string();
+    return json.is_string() ? plainText(json.get<std::string>(), lineBreaks) : std::string();
 }
 
 /// The number of places that a text takes on a terminal, every character counted as one.
@@ -113,8 +120,11 @@ std::string printedEvent(const Json& event)
 {
     std::string line = textOf(event["event"]);
     for (const auto& [key, value] : event.items()) {
+        const LineBreaks lineBreaks =
+            std::ranges::find(longFields, key) != longFields.end() ? LineBreaks::Kept : LineBreaks::Written;
         if (key != "event")
-            line += "  " + key + " " + (value.is_string() ? value.get<std::string>() : lineOf(value));
+            line += "  " + plainText(key) + " "
+                + (value.is_string() ? textOf(value, lineBreaks) : plainText(lineOf(value)));
     }
     return line + "\n";
 }
@@ -135,7 +145,7 @@ std::string printedPage(const Json& reply, const std::vector<Json>& cells)
             continue;
         }
         out += wrapped(footer, "    ");
-        footer = textOf(row["footer"]);
+        footer = textOf(row["footer"], LineBreaks::Kept);
         const std::string name = textOf(row["name"]);
         out += name.empty() ? "" : "\n" + upperCased(name) + "\n";
         needsGap = name.empty();

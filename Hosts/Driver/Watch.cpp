@@ -1,5 +1,6 @@
 #include "Driver/Watch.h"
 
+#include "Driver/PlainText.h"
 #include "Linux/LinuxPhone.h"
 
 #include <QCoreApplication>
@@ -12,7 +13,7 @@ bool watchNotifications(const std::vector<std::string>& names)
     BusNotifications notifications { BusCaller(sessionBus(), std::make_shared<WaitBudget>()) };
     if (!notifications.isConnected())
         return false;
-    const auto print = [](const std::string& name) { std::cout << name << std::endl; };
+    const auto print = [](const std::string& name) { std::cout << plainText(name) << std::endl; };
     for (const std::string& name : names)
         notifications.addObserver(name, print);
     if (names.empty())

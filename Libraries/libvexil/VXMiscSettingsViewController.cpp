@@ -8,6 +8,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 NS_IMPLEMENTATION(VXMiscSettingsViewController, NS_METHOD(hasCustomNavigationBarColor),
@@ -22,31 +25,95 @@ constexpr const char* supportAddress = "support@vexil.example";
 constexpr const char* logDirectory = "/var/mobile/Library/Logs";
 constexpr const char* noLogMessage = "There is no log yet. Use the phone with logging turned on and try again.";
 constexpr const char* noMailMessage = "No mail program could be reached.";
-constexpr const char* noCopyMessage = "The masked log could not be written.";
+constexpr const char* noCopyMessage = "The log could not be copied.";
+constexpr const char* noMaskedCopyMessage = "The masked log could not be written.";
 constexpr const char* maskedLogSuffix = ".masked";
+/// Of a copy that is as the log was when the user saw it.
+constexpr const char* shownLogSuffix = ".shown";
 constexpr const char* maskedMessage =
     "This log will be sent. Phone numbers, addresses and SIM keys are masked in it.\n\n%@";
 constexpr const char* unmaskedMessage = "This log will be sent, with all phone numbers, addresses and SIM keys.\n\n%@";
 constexpr const char* cutMessage = "(%@ earlier lines are sent too)\n%@";
-/// A sheet shows the newest lines of a log that is longer.
+constexpr const char* cutLineMessage = "(%@ earlier characters are sent too)\n%@";
+/// A sheet shows the newest lines of a log that is longer; of a last line that is longer than all of them may be, its
+/// end.
 constexpr std::size_t mostLinesShown = 200;
+constexpr std::size_t mostBytesShown = 20'000;
 
 std::string translated(const char* text)
 {
     return NSBundle::mainBundle()->localizedStringForKey_value_table(text, "", "");
 }
 
-/// The newest lines, after a word on how many there are before them.
-std::string newestLines(const std::string& log)
+/// Where the line begins that ends there; its end may be a line break.
+std::size_t startOfLine(std::string_view log, std::size_t end)
 {
-    const std::size_t lines = static_cast<std::size_t>(std::ranges::count(log, '\n'));
-    if (lines <= mostLinesShown)
-        return log;
-    std::size_t start = 0;
-    for (std::size_t cut = lines - mostLinesShown; cut > 0; --cut)
-        start = log.find('\n', start) + 1;
+    const std::size_t lineBreak = end < 2 ? std::string_view::npos : log.rfind('\n', end - 2);
+    return lineBreak == std::string_view::npos ? 0 : lineBreak + 1;
+}
+
+/// Where the newest lines begin; at the end of the log when its last line is too long.
+std::size_t startOfNewestLines(std::string_view log)
+{
+    std::size_t start = log.size();
+    for (std::size_t lines = 0; lines < mostLinesShown; ++lines) {
+        const std::size_t earlier = startOfLine(log, start);
+        if (log.size() - earlier > mostBytesShown)
+            break;
+        start = earlier;
+    }
+    return start;
+}
+
+bool isInsideCharacter(char byte)
+{
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// Where the newest characters begin of a log that is longer than they may be.
+std::size_t startOfNewestCharacters(std::string_view log)
+{
+    std::size_t start = log.size() - mostBytesShown;
+    while (start < log.size() && isInsideCharacter(log[start]))
+        ++start;
+    return start;
+}
+
+/// The newest part of the log, after a word on how much there is before it.
+std::string newestPart(const std::string& log)
+{
+    if (const std::size_t start = startOfNewestLines(log); start < log.size() || log.empty()) {
+        const std::string_view earlier(log.data(), start);
+        return start == 0 ? log
+                          : stringWithFormat(translated(cutMessage),
+                              { std::int64_t { std::ranges::count(earlier, '\n') }, log.substr(start) });
+    }
+    const std::size_t start = startOfNewestCharacters(log);
+    const auto insides = std::ranges::count_if(log.substr(0, start), isInsideCharacter);
     return stringWithFormat(
-        translated(cutMessage), { static_cast<std::int64_t>(lines - mostLinesShown), log.substr(start) });
+        translated(cutLineMessage), { static_cast<std::int64_t>(start) - insides, log.substr(start) });
+}
+
+std::optional<std::string> textOfFile(const std::string& path)
+{
+    const auto content = dataWithContentsOfFile(path);
+    return content ? std::optional<std::string>(std::in_place, content->begin(), content->end()) : std::nullopt;
+}
+
+std::shared_ptr<UIAlertController> errorAlert(const std::string& title, const std::string& message)
+{
+    const auto alert = UIAlertController::alertControllerWithTitle_message_preferredStyle(
+        title, message, UIAlertControllerStyle::Alert);
+    alert->addAction({ translated("OK"), UIAlertActionStyle::Cancel, nullptr });
+    return alert;
+}
+
+/// On whatever stands on the screen: what has failed late must be told, though its page is covered or left.
+void showErrorOnTop(const UINavigationController& navigation, const std::string& title, const std::string& message)
+{
+    if (const auto page = navigation.topViewController())
+        page->topmostViewController()->presentViewController_animated_completion(
+            errorAlert(title, message), true, nullptr);
 }
 
 long currentYear()
@@ -109,21 +176,16 @@ void VXMiscSettingsViewController::rowsWereBuilt()
 
 void VXMiscSettingsViewController::showError(const std::string& message)
 {
-    const auto alert = UIAlertController::alertControllerWithTitle_message_preferredStyle(
-        productName(), message, UIAlertControllerStyle::Alert);
-    alert->addAction({ translated("OK"), UIAlertActionStyle::Cancel, nullptr });
-    presentViewController_animated_completion(alert, true, nullptr);
+    presentViewController_animated_completion(errorAlert(productName(), message), true, nullptr);
 }
 
 void VXMiscSettingsViewController::emailLogFile(const Value& /*sender*/)
 {
     const std::string log = stringByAppendingPathComponent(logDirectory, serviceName() + ".log");
-    if (!NSFileManager::defaultManager().fileExistsAtPath(log)) {
-        showError(translated(noLogMessage));
-        return;
-    }
     const auto& mail = Phone::current().mail;
-    if (mail && mail->asksUserFirst())
+    if (!textOfFile(log))
+        showError(translated(noLogMessage));
+    else if (mail && mail->asksUserFirst())
         reviewLogFile(log, Masking::On);
     else
         sendLogFile(log);
@@ -131,20 +193,18 @@ void VXMiscSettingsViewController::emailLogFile(const Value& /*sender*/)
 
 void VXMiscSettingsViewController::reviewLogFile(const std::string& log, Masking masking)
 {
-    const auto& files = Phone::current().files;
-    const Bytes content = files ? files->read(log).value_or(Bytes()) : Bytes();
-    const std::string whole(content.begin(), content.end());
+    const std::string whole = textOfFile(log).value_or(std::string());
     const bool isMasked = masking == Masking::On;
     const std::string text = isMasked ? maskedLog(whole) : whole;
     const auto sheet = UIAlertController::alertControllerWithTitle_message_preferredStyle(
         stringWithFormat(translated("%@ log"), { productName() }),
-        stringWithFormat(translated(isMasked ? maskedMessage : unmaskedMessage), { newestLines(text) }),
+        stringWithFormat(translated(isMasked ? maskedMessage : unmaskedMessage), { newestPart(text) }),
         UIAlertControllerStyle::ActionSheet);
     const std::weak_ptr<VXMiscSettingsViewController> weakPage = self();
 
-    sheet->addAction({ translated("Send"), UIAlertActionStyle::Default, [weakPage, log, text, isMasked] {
+    sheet->addAction({ translated("Send"), UIAlertActionStyle::Default, [weakPage, log, text, masking] {
                           if (const auto page = weakPage.lock())
-                              isMasked ? page->sendMaskedLog(log, text) : page->sendLogFile(log);
+                              page->sendAsShown(log, text, masking);
                       } });
     sheet->addAction({ translated(isMasked ? "Show Unmasked" : "Mask"),
         isMasked ? UIAlertActionStyle::Destructive : UIAlertActionStyle::Default, [weakPage, log, isMasked] {
@@ -155,22 +215,24 @@ void VXMiscSettingsViewController::reviewLogFile(const std::string& log, Masking
     presentViewController_animated_completion(sheet, true, nullptr);
 }
 
-void VXMiscSettingsViewController::sendMaskedLog(const std::string& log, const std::string& text)
+void VXMiscSettingsViewController::sendAsShown(const std::string& log, const std::string& shown, Masking masking)
 {
-    const std::string copy = log + maskedLogSuffix;
-    const auto& files = Phone::current().files;
-    if (files && !files->replace(copy, Bytes(text.begin(), text.end())))
+    const bool isMasked = masking == Masking::On;
+    const std::string copy = log + (isMasked ? maskedLogSuffix : shownLogSuffix);
+    if (!isMasked && textOfFile(log) == shown)
+        sendLogFile(log);
+    else if (writeToFile(Bytes(shown.begin(), shown.end()), copy, Atomically::Yes))
         sendLogFile(copy);
     else
-        showError(translated(noCopyMessage));
+        showError(translated(isMasked ? noMaskedCopyMessage : noCopyMessage));
 }
 
 void VXMiscSettingsViewController::sendLogFile(const std::string& file)
 {
     MailDraft draft { supportAddress, stringWithFormat(translated("%@ log"), { productName() }), "", { file } };
-    draft.onFailure = [weakPage = std::weak_ptr<VXMiscSettingsViewController>(self())] {
-        if (const auto page = weakPage.lock())
-            page->showError(translated(noMailMessage));
+    draft.onFailure = [weakNavigation = std::weak_ptr(navigationController()), title = productName()] {
+        if (const auto navigation = weakNavigation.lock())
+            showErrorOnTop(*navigation, title, translated(noMailMessage));
     };
     const auto& mail = Phone::current().mail;
     if (!mail || !mail->compose(draft))

@@ -57,8 +57,8 @@ private:
     enum class Masking { On, Off };
 
     void reviewLogFile(const std::string& log, Masking masking);
-    /// Sends a copy that holds the text.
-    void sendMaskedLog(const std::string& log, const std::string& text);
+    /// Sends the log when it is still what the user has seen, else a copy that is.
+    void sendAsShown(const std::string& log, const std::string& shown, Masking masking);
     void sendLogFile(const std::string& file);
 
     /// The footer waits for this, because asking for the version starts a process.

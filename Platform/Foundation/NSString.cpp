@@ -1,5 +1,6 @@
 #include "Foundation/NSString.h"
 
+#include "Foundation/Utf8.h"
 #include "Runtime/NSObject.h"
 
 #include <array>
@@ -17,33 +18,6 @@ constexpr std::size_t dataHeadLength = 16;
 constexpr std::size_t dataTailLength = 8;
 constexpr double referenceDateSince1970 = 978307200;
 constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
-
-struct Character {
-    char32_t codePoint;
-    std::size_t length;
-    bool valid;
-};
-
-/// The character at the front of a text that is not empty; an invalid one is a single byte long.
-Character firstCharacter(std::string_view text)
-{
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(0);
-    if (lead < 0x80)
-        return { lead, 1, true };
-    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
-        return { lead, 1, false };
-    char32_t point = lead & (0x7F >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80)
-            return { lead, 1, false };
-        point = point << 6 | (byte(i) & 0x3F);
-    }
-    constexpr std::array<char32_t, 5> least { 0, 0, 0x80, 0x800, 0x10000 };
-    const bool valid = point >= least.at(length) && point <= 0x10FFFF && (point < 0xD800 || point > 0xDFFF);
-    return valid ? Character { point, length, true } : Character { lead, 1, false };
-}
 
 template <class... Arguments>
 std::string printed(const char* format, Arguments... arguments)
@@ -130,7 +104,7 @@ std::string quoted(std::string_view text)
         return std::string(text);
     std::string out = "\"";
     while (!text.empty()) {
-        const Character c = firstCharacter(text);
+        const Utf8Character c = firstCharacter(text);
         out += escaped(static_cast<unsigned>(c.codePoint));
         text.remove_prefix(c.length);
     }
@@ -296,7 +270,7 @@ std::size_t utf16Length(std::string_view text)
 {
     std::size_t units = 0;
     while (!text.empty()) {
-        const Character c = firstCharacter(text);
+        const Utf8Character c = firstCharacter(text);
         units += c.codePoint >= 0x10000 ? 2 : 1;
         text.remove_prefix(c.length);
     }
@@ -308,7 +282,7 @@ std::string stringFromUtf8(std::string_view bytes)
     std::string text;
     text.reserve(bytes.size());
     while (!bytes.empty()) {
-        const Character c = firstCharacter(bytes);
+        const Utf8Character c = firstCharacter(bytes);
         text += c.valid ? bytes.substr(0, c.length) : replacementCharacter;
         bytes.remove_prefix(c.length);
     }

@@ -20,7 +20,9 @@ bool UIAlertController::chooseAction(std::size_t index)
         return false;
     const auto handler = _actions[index].handler;
     const auto keptAlive = self();
-    dismissViewControllerAnimated_completion(true, nullptr);
+    // This one too, and not only what it presents.
+    if (const auto presenting = presentingViewController())
+        presenting->dismissViewControllerAnimated_completion(true, nullptr);
     if (handler)
         handler();
     return true;

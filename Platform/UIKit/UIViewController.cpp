@@ -67,13 +67,29 @@ void UIViewController::dismissViewControllerAnimated_completion(bool animated, c
             presenting->dismissViewControllerAnimated_completion(animated, completion);
         return;
     }
-    const auto dismissed = std::exchange(_presented, nullptr);
-    dismissed->_presenting.reset();
     const auto navigation = navigationController();
-    if (const auto observer = navigation ? navigation->observer() : nullptr)
-        observer->didDismiss(dismissed);
+    const auto observer = navigation ? navigation->observer() : nullptr;
+    // With all that it presents itself, from the top.
+    for (auto top = topmostViewController(); top.get() != this;) {
+        const auto presenting = top->presentingViewController();
+        presenting->_presented.reset();
+        top->_presenting.reset();
+        if (observer)
+            observer->didDismiss(top);
+        top = presenting;
+    }
+    if (observer && presentingViewController())
+        observer->didPresent(self());
     if (completion)
         completion();
+}
+
+std::shared_ptr<UIViewController> UIViewController::topmostViewController()
+{
+    auto top = self();
+    while (top->_presented)
+        top = top->_presented;
+    return top;
 }
 
 void UINavigationController::pushViewController_animated(

@@ -80,6 +80,8 @@ public:
     void dismissViewControllerAnimated_completion(bool animated, const std::function<void()>& completion);
     const std::shared_ptr<UIViewController>& presentedViewController() const { return _presented; }
     std::shared_ptr<UIViewController> presentingViewController() const { return _presenting.lock(); }
+    /// What is on top of all that is presented above this one; this one itself where that is nothing.
+    std::shared_ptr<UIViewController> topmostViewController();
 
 private:
     std::string _title;
@@ -100,6 +102,7 @@ public:
     virtual void willPush(const std::shared_ptr<UIViewController>& /*page*/) { }
     virtual void didPush(const std::shared_ptr<UIViewController>& /*page*/) { }
     virtual void didPop(const std::shared_ptr<UIViewController>& /*page*/) { }
+    /// Called again for what is on top when that is gone which it presented itself.
     virtual void didPresent(const std::shared_ptr<UIViewController>& /*controller*/) { }
     virtual void didDismiss(const std::shared_ptr<UIViewController>& /*controller*/) { }
 };

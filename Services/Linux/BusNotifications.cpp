@@ -8,8 +8,8 @@ constexpr const char* path = "/com/vexil/DarwinNotifications";
 constexpr const char* interface = "com.vexil.DarwinNotifications";
 constexpr const char* signalName = "Posted";
 constexpr const char* signature = "s";
-/// What stands in a match rule as it is, and is short enough for one.
-constexpr const char* selectableName = "^[A-Za-z0-9._+-]{1,255}$";
+/// What stands in a match rule as it is, and is short enough for one. "$" would let a line break through at the end.
+constexpr const char* selectableName = R"(^[A-Za-z0-9._+-]{1,255}\z)";
 
 constexpr const char* busService = "org.freedesktop.DBus";
 constexpr const char* busPath = "/org/freedesktop/DBus";

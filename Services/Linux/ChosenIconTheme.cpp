@@ -1,5 +1,6 @@
 #include "Linux/ChosenIconTheme.h"
 
+#include "Linux/CountedTime.h"
 #include "Linux/KeyFile.h"
 #include "Linux/UserFolders.h"
 
@@ -32,11 +33,13 @@ std::array<SettingsFile, 3> filesInOrder()
 
 } // namespace
 
-QString chosenIconTheme(PortalSettings& portal)
+QString chosenIconTheme(PortalSettings& portal, WaitBudget& budget)
 {
+    // The portal counts what it takes.
     const QString told = textOf(portal.group(PortalSettings::interfaceGroup), portalKey);
     if (!told.isEmpty())
         return told;
+    const CountedTime counted(budget);
     for (const SettingsFile& file : filesInOrder()) {
         for (const QString& folder : configurationFolders()) {
             const KeyFile settings(folder + QLatin1String(file.name));

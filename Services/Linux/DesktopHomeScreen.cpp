@@ -1,6 +1,7 @@
 #include "Linux/DesktopHomeScreen.h"
 
 #include "Foundation/NSKeyedArchiver.h"
+#include "Linux/CountedTime.h"
 #include "Linux/KeyFile.h"
 #include "Phone/Phone.h"
 #include "UIKit/UIImage.h"
@@ -15,7 +16,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 namespace {
@@ -121,9 +121,7 @@ Value DesktopHomeScreen::ask(const std::string& service, const std::string& mess
         return {};
     if (_budget->patience().count() <= 0)
         return {};
-    const auto start = std::chrono::steady_clock::now();
     const Value icon = archivedIcon(QString::fromStdString(*app));
-    _budget->spend(std::chrono::steady_clock::now() - start);
     return icon.isNull() ? Value() : Value(Dictionary { { messageData, icon } });
 }
 
@@ -131,12 +129,15 @@ Value DesktopHomeScreen::archivedIcon(const QString& app)
 {
     const double scale = Phone::current().screenScale;
     const QString name = isEntryName(app) ? iconNameOf(app) : QString();
-    const QString file = name.isEmpty() ? QString() : fileOfIcon(name, scale);
+    if (name.isEmpty())
+        return {};
+    const QString file = name.contains(QLatin1Char('/')) ? fileOfPath(name) : fileInThemes(name, _theme(), scale);
     return file.isEmpty() ? Value() : archiveOf(file, scale);
 }
 
 QString DesktopHomeScreen::iconNameOf(const QString& app) const
 {
+    const CountedTime counted(*_budget);
     for (const QString& folder : _dataFolders) {
         const KeyFile entry(folder + QStringLiteral("/applications/") + app + QStringLiteral(".desktop"));
         if (entry.hasGroup(QLatin1String(entryGroup)))
@@ -145,17 +146,21 @@ QString DesktopHomeScreen::iconNameOf(const QString& app) const
     return {};
 }
 
-QString DesktopHomeScreen::fileOfIcon(const QString& name, double scale)
+QString DesktopHomeScreen::fileOfPath(const QString& path) const
 {
-    if (QDir::isAbsolutePath(name))
-        return QFileInfo(name).isFile() ? name : QString();
-    if (name.contains(QLatin1Char('/')))
-        return {};
-    return _themes.fileOf(name, _theme(), iconPoints, static_cast<int>(std::ceil(scale)));
+    const CountedTime counted(*_budget);
+    return QDir::isAbsolutePath(path) && QFileInfo(path).isFile() ? path : QString();
+}
+
+QString DesktopHomeScreen::fileInThemes(const QString& name, const QString& theme, double scale)
+{
+    const CountedTime counted(*_budget);
+    return _themes.fileOf(name, theme, iconPoints, static_cast<int>(std::ceil(scale)));
 }
 
 Value DesktopHomeScreen::archiveOf(const QString& file, double scale)
 {
+    const CountedTime counted(*_budget);
     const QFileInfo info(file);
     const QString key = QStringLiteral("%1|%2|%3|%4")
                             .arg(scale)

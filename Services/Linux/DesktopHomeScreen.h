@@ -17,7 +17,7 @@
 /// out until the rows are built again; those that were read are kept.
 class DesktopHomeScreen final : public HomeScreen {
 public:
-    /// Empty where the user has chosen none.
+    /// Empty where the user has chosen none. It counts the time that it takes.
     using ChosenTheme = std::function<QString()>;
 
     /// The data folders of the user and of the system, the first before the others.
@@ -28,9 +28,11 @@ public:
 
 private:
     Value archivedIcon(const QString& app);
+    // The time that these take is counted.
     /// Empty when no entry of that name is installed, or it names no icon.
     QString iconNameOf(const QString& app) const;
-    QString fileOfIcon(const QString& name, double scale);
+    QString fileOfPath(const QString& path) const;
+    QString fileInThemes(const QString& name, const QString& theme, double scale);
     Value archiveOf(const QString& file, double scale);
 
     QStringList _dataFolders;

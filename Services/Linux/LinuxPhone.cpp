@@ -66,7 +66,7 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
     // The page of devices shows the SIMs too.
     _phone.pairedDevices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
     _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
-        dataFolders(), [settings] { return chosenIconTheme(*settings); }, _budget);
+        dataFolders(), [settings, budget = _budget] { return chosenIconTheme(*settings, *budget); }, _budget);
     _phone.appearance = _appearance;
     const auto acts = std::make_shared<BackgroundActs>(_budget);
     _phone.mail = std::make_shared<PortalMail>(session.bus(), acts, std::move(hostPath));

@@ -9,7 +9,7 @@
 #include <QVariantMap>
 
 #include <fcntl.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -17,16 +17,27 @@ constexpr const char* emailInterface = "org.freedesktop.portal.Email";
 
 using Descriptors = QList<QDBusUnixFileDescriptor>;
 
-/// Nothing when one of them cannot be read.
+/// Not waiting for who writes into it, where it is a pipe.
+constexpr int openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+
+bool isRegularFile(int descriptor)
+{
+    struct stat status { };
+    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// Nothing when one of them cannot be read or is no regular file.
 std::optional<Descriptors> opened(const QStringList& files)
 {
     Descriptors descriptors;
     for (const QString& file : files) {
-        const int descriptor = ::open(file.toLocal8Bit().constData(), O_RDONLY | O_CLOEXEC);
+        const int descriptor = ::open(file.toLocal8Bit().constData(), openFlags);
         if (descriptor < 0)
             return std::nullopt;
         QDBusUnixFileDescriptor owner;
         owner.giveFileDescriptor(descriptor);
+        if (!isRegularFile(descriptor))
+            return std::nullopt;
         descriptors.append(owner);
     }
     return descriptors;

@@ -48,8 +48,15 @@ QVariantMap PortalSettings::group(const char* name)
 bool PortalSettings::take(const QDBusMessage& reply)
 {
     const auto groups = propertiesByGroupOf(reply);
-    if (groups)
+    if (groups) {
+        // Asked before this one was.
+        _first.reset();
         _groups = *groups;
+        for (auto change = _changes.cbegin(); change != _changes.cend(); ++change)
+            _groups[change.key()].insert(change.value());
+    }
+    if (!isAnswerDue())
+        _changes.clear();
     return groups.has_value();
 }
 
@@ -58,6 +65,8 @@ void PortalSettings::settingChanged(const QString& group, const QString& key, co
     if (group != QLatin1String(appearanceGroup) && group != QLatin1String(interfaceGroup))
         return;
     _groups[group].insert(key, value.variant());
+    if (isAnswerDue())
+        _changes[group].insert(key, value.variant());
     tell();
 }
 
@@ -65,9 +74,11 @@ void PortalSettings::readLater()
 {
     if (!_bus.isConnected())
         return;
+    ++_later;
     auto* watcher = new QDBusPendingCallWatcher(_bus.bus().asyncCall(readRequest()), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
         finished->deleteLater();
+        --_later;
         if (take(finished->reply()))
             tell();
     });

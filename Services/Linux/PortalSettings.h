@@ -31,10 +31,15 @@ private Q_SLOTS:
 private:
     /// False when the reply is not the settings.
     bool take(const QDBusMessage& reply);
+    bool isAnswerDue() const { return _first || _later > 0; }
     void tell() const;
 
     BusCaller _bus;
     std::optional<BusQuestion> _first;
+    /// How many questions after the first one wait for their answers.
+    int _later = 0;
     BusInterfaces _groups;
+    /// What the portal has told of since then, of which an answer that is due may know nothing.
+    BusInterfaces _changes;
     std::function<void()> _observer;
 };

@@ -16,7 +16,8 @@ void tandemFormatPhoneNumber(const std::string& number, const std::string& regio
     const PhoneNumberUtil& rules = *PhoneNumberUtil::GetInstance();
     PhoneNumber parsed;
     const auto failure = rules.Parse(number, region.empty() ? unknownRegion : region, &parsed);
-    if (failure != PhoneNumberUtil::NO_PARSING_ERROR || !rules.IsPossibleNumber(parsed))
+    // The rules would write any other without the 0 before it, which the region's own numbers begin with.
+    if (failure != PhoneNumberUtil::NO_PARSING_ERROR || !rules.IsValidNumber(parsed))
         return;
     rules.Format(
         parsed, number.starts_with('+') ? PhoneNumberUtil::INTERNATIONAL : PhoneNumberUtil::NATIONAL, &formatted);

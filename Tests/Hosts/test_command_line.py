@@ -1,5 +1,6 @@
 """The commands: what each prints, its exit code, and the one line that a wrong command line gets."""
 
+import json
 import os
 import subprocess
 
@@ -180,6 +181,23 @@ class Show(PhoneTest):
     def test_calls(self):
         self.write_settings({SLIDER: 7, "TandemCallsApp-net.jami.Jami": False})
         self.assertEqual(self.run_tandem("show", "calls"), (0, CALLS_PAGE_SHOWN, ""))
+
+    def test_names_that_would_change_the_terminal(self):
+        phone = self.folder / "phone.json"
+        device = {"name": "\x1b[31mCar\x07\nVan\u009b\u202e", "address": "12:34:56:AB:CD:01"}
+        sim = {"uuid": "6F1D2C3A-84B7-4E15-9A60-2D7B5C91E3F4", "label": "a\x1bb", "phoneNumber": "\x1b[2J5\n6"}
+        phone.write_text(json.dumps({"pairedDevices": [device], "subscriptions": [sim]}))
+        for page, shown in (
+            ("bluetooth", r"  \x1b[31mCar\x07\x0aVan\xc2\x9b\xe2\x80\xae "),
+            ("sims", r"  a\x1bb "),
+            ("sims", r"\x1b[2J5\x0a6"),
+        ):
+            code, out, _ = self.run_tandem("--phone", phone, "show", page)
+            self.assertEqual(code, 0)
+            self.assertIn(shown, out)
+            self.assertNotRegex(out, "[\x00-\x09\x0b-\x1f\x7f-\x9f\u202e]")
+        _, out, _ = self.run_tandem("--phone", phone, "set", "bluetooth", device["address"], "on")
+        self.assertNotIn("\x1b", out)
 
     def test_page_while_disabled(self):
         self.write_settings({"TandemEnabled": False})

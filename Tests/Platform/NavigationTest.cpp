@@ -303,6 +303,32 @@ TEST_F(Navigation, PresentOfNothingOrOfItselfDoesNothing)
     EXPECT_EQ(takeLines(), Strings {});
 }
 
+TEST_F(Navigation, DismissTakesDownAllThatStandsAbove)
+{
+    const auto page = push();
+    const auto lower = std::make_shared<Page>();
+    const auto upper = std::make_shared<Page>();
+    page->presentViewController_animated_completion(lower, true, nullptr);
+    page->topmostViewController()->presentViewController_animated_completion(upper, true, nullptr);
+    EXPECT_EQ(page->topmostViewController(), upper);
+    takeLines();
+    page->dismissViewControllerAnimated_completion(true, nullptr);
+    EXPECT_EQ(page->topmostViewController(), page);
+    EXPECT_EQ(upper->presentingViewController(), nullptr);
+    EXPECT_EQ(takeLines(), (Strings { "dismiss", "dismiss" }));
+}
+
+TEST_F(Navigation, WhatIsUncoveredIsToldOfAgain)
+{
+    const auto page = push();
+    const auto lower = std::make_shared<Page>();
+    page->presentViewController_animated_completion(lower, true, nullptr);
+    lower->presentViewController_animated_completion(std::make_shared<Page>(), true, nullptr);
+    takeLines();
+    lower->dismissViewControllerAnimated_completion(true, nullptr);
+    EXPECT_EQ(takeLines(), (Strings { "dismiss", "present Page" }));
+}
+
 TEST_F(Navigation, PresentedControllersStandOnEachOther)
 {
     const auto page = push();

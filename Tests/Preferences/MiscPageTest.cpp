@@ -2,6 +2,7 @@
 #include "Support/PageTest.h"
 #include "TDMiscSettingsController.h"
 #include "TDPageStyle.h"
+#include "libtandem/TDSettings.h"
 
 namespace {
 
@@ -9,6 +10,7 @@ constexpr const char* loggingIsOff =
     "Please turn on 'Enable Logging' and try. Before sharing the log file, please ensure that the problem is "
     "reproducible on "
     "your device. This helps the Pairo to log the necessary information for identifying the problem.";
+constexpr const char* noMail = "No mail program could be reached.";
 constexpr const char* logPath = "/var/mobile/Library/Logs/com.vexil.tandem.log";
 
 class MiscPage : public PageTest {
@@ -28,6 +30,26 @@ protected:
     std::shared_ptr<UIAlertController> sheet() const
     {
         return std::dynamic_pointer_cast<UIAlertController>(page->presentedViewController());
+    }
+
+    /// The log is shown before it is sent.
+    void tapEmailLogOf(const std::string& log)
+    {
+        phone.mail->leavesPhone = true;
+        moveSwitch(*page, "logging", true);
+        phone.writeFile(logPath, bytesOf(log));
+        tap(*page, "EmailLog");
+    }
+    /// What the one draft attaches.
+    std::string sentLog() const
+    {
+        const auto& drafts = phone.mail->drafts;
+        const Bytes log = drafts.size() == 1 ? phone.readFile(drafts[0].attachments.at(0)).value_or(Bytes()) : Bytes();
+        return { log.begin(), log.end() };
+    }
+    std::shared_ptr<UIAlertController> alertOnTop() const
+    {
+        return std::dynamic_pointer_cast<UIAlertController>(navigation->topViewController()->topmostViewController());
     }
 
     std::shared_ptr<TDMiscSettingsController> page;
@@ -84,6 +106,94 @@ TEST_F(MiscPage, LogIsSentUnmaskedWhenTheUserAsksForIt)
     EXPECT_EQ(phone.mail->drafts[0].attachments, Strings { logPath });
 }
 
+TEST_F(MiscPage, LogIsSentAsItWasShown)
+{
+    tapEmailLogOf("Called +49 151 1234567\n");
+    sheet()->chooseAction(1);
+    phone.writeFile(logPath, bytesOf("Called +49 151 1234567\nUnseen\n"));
+    sheet()->chooseAction(0);
+    EXPECT_EQ(sentLog(), "Called +49 151 1234567\n");
+    EXPECT_EQ(phone.mail->drafts.at(0).attachments, Strings { std::string(logPath) + ".shown" });
+    EXPECT_EQ(phone.readFile(logPath), bytesOf("Called +49 151 1234567\nUnseen\n"));
+}
+
+TEST_F(MiscPage, LogThatHasGrownAndCannotBeCopied)
+{
+    tapEmailLogOf("line\n");
+    sheet()->chooseAction(1);
+    phone.writeFile(logPath, bytesOf("line\nUnseen\n"));
+    phone.writeFile(std::string(logPath) + ".shown/x", {});
+    sheet()->chooseAction(0);
+    EXPECT_TRUE(phone.mail->drafts.empty());
+    EXPECT_EQ(sheet()->message(), "The log could not be copied.");
+}
+
+TEST_F(MiscPage, DirectoryIsNoLog)
+{
+    phone.writeFile(std::string(logPath) + "/x", {});
+    phone.storeSettings({ { "TandemLoggingEnabled", true } });
+    TDSettings::sharedSettings()->reloadSettings();
+    for (const bool leavesPhone : { false, true }) {
+        phone.mail->leavesPhone = leavesPhone;
+        tap(*page, "EmailLog");
+        EXPECT_EQ(
+            screen->lines.back(), "error There is no log yet. Use the phone with logging turned on and try again.");
+        sheet()->chooseAction(0);
+    }
+    EXPECT_TRUE(phone.mail->drafts.empty());
+}
+
+TEST_F(MiscPage, LateFailureOfTheMail)
+{
+    tapEmailLogOf("line\n");
+    sheet()->chooseAction(0);
+    phone.mail->drafts.at(0).onFailure();
+    EXPECT_EQ(sheet()->title(), "Pairo");
+    EXPECT_EQ(sheet()->message(), noMail);
+}
+
+TEST_F(MiscPage, LateFailureOfTheMailWhileAnotherSheetIsUp)
+{
+    tapEmailLogOf("line\n");
+    sheet()->chooseAction(0);
+    tap(*page, "EmailLog");
+    screen->lines.clear();
+    phone.mail->drafts.at(0).onFailure();
+    EXPECT_EQ(alertOnTop()->message(), noMail);
+    alertOnTop()->chooseAction(0);
+    EXPECT_EQ(screen->lines, (Strings { std::string("error ") + noMail, "dismiss", "sheet Pairo log" }));
+    EXPECT_EQ(alertOnTop(), sheet());
+    sheet()->chooseAction(2);
+    EXPECT_EQ(page->presentedViewController(), nullptr);
+}
+
+TEST_F(MiscPage, SheetThatIsChosenFromUnderAnAlert)
+{
+    tapEmailLogOf("line\n");
+    sheet()->chooseAction(0);
+    tap(*page, "EmailLog");
+    phone.mail->drafts.at(0).onFailure();
+    screen->lines.clear();
+    sheet()->chooseAction(2);
+    EXPECT_EQ(page->presentedViewController(), nullptr);
+    EXPECT_EQ(screen->lines, (Strings { "dismiss", "dismiss" }));
+}
+
+TEST_F(MiscPage, LateFailureOfTheMailAfterThePageIsLeft)
+{
+    tapEmailLogOf("line\n");
+    sheet()->chooseAction(0);
+    const auto failure = phone.mail->drafts.at(0).onFailure;
+    navigation->popViewControllerAnimated(false);
+    page = nullptr;
+    failure();
+    ASSERT_TRUE(alertOnTop());
+    EXPECT_EQ(alertOnTop()->title(), "Pairo");
+    EXPECT_EQ(alertOnTop()->message(), noMail);
+    navigation.reset();
+    failure();
+}
+
 TEST_F(MiscPage, LogThatTheUserCancelsIsNotSent)
 {
     phone.mail->leavesPhone = true;
@@ -108,6 +218,40 @@ TEST_F(MiscPage, NewestLinesOfALongLogAreShown)
     EXPECT_NE(shown.find("(3 earlier lines are sent too)\nline 3\n"), std::string::npos) << shown;
     EXPECT_TRUE(shown.ends_with("line 202\n"));
     EXPECT_EQ(shown.find("line 2\n"), std::string::npos);
+}
+
+TEST_F(MiscPage, EndOfALineThatIsTooLongIsShown)
+{
+    // The cut would be inside of a character.
+    const std::string end = std::string(19'998, 'b') + "\n";
+    tapEmailLogOf("line\n" + std::string(40'000, 'a') + "ää" + end);
+    EXPECT_TRUE(sheet()->message().ends_with("\n\n(40007 earlier characters are sent too)\n" + end))
+        << sheet()->message().substr(0, 200);
+    sheet()->chooseAction(0);
+    EXPECT_EQ(sentLog(), "line\n" + std::string(40'000, 'a') + "ää" + end);
+}
+
+TEST_F(MiscPage, WholeLinesAreShownOfALogOfLongLines)
+{
+    const std::string line = std::string(9'000, 'x') + "\n";
+    tapEmailLogOf(line + line + line);
+    EXPECT_TRUE(sheet()->message().ends_with("\n\n(1 earlier lines are sent too)\n" + line + line));
+}
+
+TEST_F(MiscPage, LogsThatAreShownWhole)
+{
+    for (const std::string& log : { std::string(), std::string("\n"), std::string("line"), std::string("line\n\nline"),
+             std::string(20'000, 'x'), std::string(200, '\n') }) {
+        tapEmailLogOf(log);
+        EXPECT_TRUE(sheet()->message().ends_with("masked in it.\n\n" + log)) << log.size();
+        sheet()->chooseAction(2);
+    }
+}
+
+TEST_F(MiscPage, BytesThatAreNoTextAreCutToo)
+{
+    tapEmailLogOf(std::string(50'000, '\x80'));
+    EXPECT_LE(sheet()->message().size(), 20'200U);
 }
 
 TEST_F(MiscPage, LoggingIsAskedForAtEachTap)

@@ -195,10 +195,18 @@ class MachineTest(support.PhoneTest):
         """A portal that the bus starts, and that is not there before the function is called that this returns."""
         gate = self.folder / "gate"
         os.mkfifo(gate)
+        self.addCleanup(self.close_gate, gate)
         script = self.folder / "portal.sh"
-        script.write_text(f"read -r _ <'{gate}'\nexec {shlex.join(self.portal_command(0))}\n")
+        script.write_text(f"read -r _ <'{gate}' || exit\nexec {shlex.join(self.portal_command(0))}\n")
         self.session.offer(PORTAL, f"/bin/sh {script}")
         return lambda: gate.write_text("go\n")
+
+    def close_gate(self, gate):
+        """Who waits at it goes away, and who comes later finds none."""
+        # The end of a pipe that nobody writes into reaches those who wait for the first who does.
+        writer = os.open(gate, os.O_RDWR | os.O_NONBLOCK)
+        gate.unlink()
+        os.close(writer)
 
     def quickest(self, attempt, expected):
         """The seconds of the first attempt that was as quick as a page must be and came to what is expected. Each

@@ -122,6 +122,29 @@ TEST_F(DesktopAppearance, EachIsFollowed)
     EXPECT_EQ(changes, 8);
 }
 
+TEST_F(DesktopAppearance, ChangeBeforeTheFirstAnswerIsNeeded)
+{
+    startPortal({ { interface, { { textScale, 1.25 } } } });
+    openPhone();
+    ASSERT_TRUE(portal->waitForQuestions(1));
+    EXPECT_EQ(looksAfter(appearance, colorScheme, 1U), Looks(true, 1.25, false));
+    EXPECT_EQ(looksAfter(appearance, colorScheme, 0U), Looks(false, 1.25, false));
+}
+
+TEST_F(DesktopAppearance, ChangeBeforeAnAnswerThatDoesNotKnowOfIt)
+{
+    startPortal({ { interface, { { textScale, 1.25 } } } });
+    portal->keepWaiting();
+    openPhone();
+    ASSERT_EQ(looks(), usual);
+    ASSERT_TRUE(portal->waitForQuestions(2));
+    EXPECT_EQ(looksAfter(appearance, colorScheme, 1U), Looks(true, 1, false));
+    const int before = changes;
+    portal->answerAtLast();
+    EXPECT_TRUE(PrivateBus::waitUntil([&] { return changes > before; }));
+    EXPECT_EQ(looks(), Looks(true, 1.25, false));
+}
+
 TEST_F(DesktopAppearance, ObserverHearsOfNothingElse)
 {
     startPortal({});

@@ -58,6 +58,18 @@ TEST_F(NotificationBus, ObserversHearTheirNameAndNoOther)
     EXPECT_EQ(heard, (std::vector<std::string> { "b", "a", "a", "with 'quotes'", "b" }));
 }
 
+TEST_F(NotificationBus, NameThatEndsWithALineBreakIsAnotherName)
+{
+    std::vector<std::string> heard;
+    listener->addObserver("a\n", [&](const std::string& posted) { heard.push_back(posted); });
+    listener->addObserver("end", [&](const std::string& posted) { heard.push_back(posted); });
+    listener->flush();
+    for (const char* name : { "a", "a\n", "end" })
+        poster->post(name);
+    waitFor(heard, 2);
+    EXPECT_EQ(heard, (std::vector<std::string> { "a\n", "end" }));
+}
+
 TEST(Notifications, WithoutABusNothingHappens)
 {
     BusNotifications notifications({ QDBusConnection(QStringLiteral("none")), std::make_shared<WaitBudget>() });

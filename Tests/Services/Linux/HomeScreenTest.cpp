@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -207,6 +208,24 @@ TEST_F(DesktopEntries, IconsAreLeftOutWhenThePageHasWaitedLongEnough)
     EXPECT_FALSE(iconOf("a"));
     budget->renew();
     EXPECT_TRUE(iconOf("a"));
+    EXPECT_LT(budget->patience(), WaitBudget().patience());
+}
+
+TEST_F(DesktopEntries, WaitingForTheThemeIsNotCountedTwice)
+{
+    write("applications/a.desktop", "[Desktop Entry]\nIcon=app\n");
+    writePicture("pixmaps/app.png", 58, 58);
+    // A portal counts by itself what it keeps waiting.
+    DesktopHomeScreen slow { { QString::fromStdString(folder.path()) },
+        [] {
+            std::this_thread::sleep_for(WaitBudget::whole);
+            return QString();
+        },
+        budget };
+    EXPECT_FALSE(
+        slow.ask("com.vexil.tandem", "com.vexil.tandem.app.icon", Dictionary { { "TDServiceMessageData", "a" } })
+            .isNull());
+    EXPECT_GT(budget->patience().count(), 0);
     EXPECT_LT(budget->patience(), WaitBudget().patience());
 }
 

@@ -3,14 +3,17 @@
 #include "Linux/Portal.h"
 
 #include <QDBusMetaType>
+#include <QDeadlineTimer>
 
+#include <chrono>
 #include <utility>
 
 namespace {
 
 constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
+constexpr std::chrono::seconds patience { 60 };
 
-}
+} // namespace
 
 MockPortal::MockPortal(QDBusConnection bus, BusInterfaces settings)
     : _bus(std::move(bus))
@@ -48,8 +51,16 @@ void MockPortal::answerAtLast()
 {
     const QMutexLocker lock(&_mutex);
     _isSlow = false;
-    for (const QDBusMessage& question : std::exchange(_waiting, {}))
-        _bus.send(answerTo(question));
+    for (const QDBusMessage& answer : std::exchange(_waiting, {}))
+        _bus.send(answer);
+}
+
+bool MockPortal::waitForQuestions(int questions)
+{
+    const QDeadlineTimer end(patience);
+    const QMutexLocker lock(&_mutex);
+    while (_questions < questions && _wasAsked.wait(&_mutex, end)) { }
+    return _questions >= questions;
 }
 
 QString MockPortal::introspect(const QString& /*path*/) const
@@ -63,9 +74,11 @@ bool MockPortal::handleMessage(const QDBusMessage& message, const QDBusConnectio
     if (message.interface() != QLatin1String(settingsInterface) || message.member() != QLatin1String("ReadAll"))
         return false;
     if (_isSlow)
-        _waiting.append(message);
+        _waiting.append(answerTo(message));
     else
         _bus.send(answerTo(message));
+    ++_questions;
+    _wasAsked.wakeAll();
     return true;
 }
 

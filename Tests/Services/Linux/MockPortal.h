@@ -6,6 +6,7 @@
 #include <QDBusVirtualObject>
 #include <QMutex>
 #include <QThread>
+#include <QWaitCondition>
 
 /// A settings portal that answers from a thread of its own, as another process would.
 class MockPortal final : public QDBusVirtualObject {
@@ -19,9 +20,12 @@ public:
     void appear();
     /// The user changes a setting.
     void change(const QString& group, const QString& key, const QVariant& value);
-    /// Answers the question that it has kept waiting, and all that follow. It must have been told to wait.
+    /// Sends the answers that it has kept back, as they were when it was asked, and all that follow. It must have been
+    /// told to wait.
     void answerAtLast();
     void keepWaiting() { _isSlow = true; }
+    /// Waits until it has been asked that often; false when it was not.
+    bool waitForQuestions(int questions);
 
     // QDBusVirtualObject
     QString introspect(const QString& path) const override;
@@ -36,4 +40,6 @@ private:
     BusInterfaces _settings;
     bool _isSlow = false;
     QList<QDBusMessage> _waiting;
+    int _questions = 0;
+    QWaitCondition _wasAsked;
 };

@@ -36,6 +36,14 @@ TEST(PhoneNumbers, AsPeopleOfTheRegionWriteThem)
     EXPECT_EQ(formattedPhoneNumber("+49 30 12345678", "US"), "+49 30 12345678");
 }
 
+TEST(PhoneNumbers, NumbersThatTheRegionDoesNotKnowKeepTheirZeros)
+{
+    for (const char* number : { "01511234567", "0151 1234567", "00491511234567", "+491511234567" })
+        EXPECT_EQ(formattedPhoneNumber(number, "DE"), number);
+    EXPECT_EQ(formattedPhoneNumber("0791112345", "GB"), "0791112345");
+    EXPECT_EQ(formattedPhoneNumber("015112345678", "DE"), "01511 2345678");
+}
+
 TEST(PhoneNumbers, TextsThatAreNoneComeBackAsTheyAre)
 {
     for (const char* text : { "", "*100#", "voicemail", "1", "2025550143", "+", "\xff" })

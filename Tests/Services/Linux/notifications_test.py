@@ -62,6 +62,11 @@ class NotificationsTest(MachineTest):
         self.assertEqual(watch.next(), "a name, with 'all' \\ sorts")
         self.assertEqual(watch.next(), support.CALLS_CHANGED)
 
+    def test_names_that_would_change_the_terminal(self):
+        watch = self.watch()
+        self.post("\x1b[31m\x07a\nb\r\u009bü\u202e")
+        self.assertEqual(watch.next(), r"\x1b[31m\x07a\x0ab\x0d\xc2\x9bü\xe2\x80\xae")
+
     def test_ten_thousand_in_order(self):
         watch = self.watch()
         # From a thread of GLib's own, while this one reads what comes out.

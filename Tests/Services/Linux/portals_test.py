@@ -190,6 +190,39 @@ class MailTest(MachineTest):
         portal.call(CONTROL, "Respond", GLib.Variant("(u)", (2,)))
         self.wait_for_error(driver)
 
+    def send_to_a_portal_that_will_fail(self):
+        """The driver, and what makes the portal fail."""
+        self.environment["PATH"] = str(self.folder / "packages")
+        portal = self.start_portal(None)
+        driver = self.on_linux().open("misc")
+        self.assertEqual(self.send(driver), [])
+        return driver, lambda: portal.call(CONTROL, "Respond", GLib.Variant("(u)", (2,)))
+
+    def test_portal_that_fails_after_the_page_is_left(self):
+        driver, fail = self.send_to_a_portal_that_will_fail()
+        driver.ask("back")
+        fail()
+        self.wait_for_error(driver)
+        self.assertIn("push", [event["event"] for event in driver.events("open", page="misc")])
+
+    def test_portal_that_fails_while_a_sheet_is_up(self):
+        driver, fail = self.send_to_a_portal_that_will_fail()
+        self.assertIn("sheet", [event["event"] for event in driver.events("tap", row="EmailLog")])
+        fail()
+        self.wait_for_error(driver)
+        driver.ask("choose", title="Cancel")
+        driver.ask("back")
+
+    def test_log_that_grows_after_it_was_shown(self):
+        self.start_portal()
+        driver = self.on_linux().open("misc")
+        self.review(driver)
+        driver.ask("choose", title="Show Unmasked")
+        with open(self.log, "a", encoding="utf-8") as log:
+            log.write("unseen\n")
+        driver.ask("choose", title="Send")
+        self.assertEqual(self.mails(), [self.mail_with(LOG)])
+
     def test_user_who_cancels_at_the_portal(self):
         self.provide_mail_program()
         self.start_portal(1)

@@ -1,0 +1,23 @@
+#include "Foundation/Utf8.h"
+
+#include <array>
+
+Utf8Character firstCharacter(std::string_view text)
+{
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char lead = byte(0);
+    if (lead < 0x80)
+        return { lead, 1, true };
+    const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
+    if (lead < 0xC2 || lead > 0xF4 || text.size() < length)
+        return { lead, 1, false };
+    char32_t point = lead & (0x7F >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((byte(i) & 0xC0) != 0x80)
+            return { lead, 1, false };
+        point = point << 6 | (byte(i) & 0x3F);
+    }
+    constexpr std::array<char32_t, 5> least { 0, 0, 0x80, 0x800, 0x10000 };
+    const bool valid = point >= least.at(length) && point <= 0x10FFFF && (point < 0xD800 || point > 0xDFFF);
+    return valid ? Utf8Character { point, length, true } : Utf8Character { lead, 1, false };
+}
