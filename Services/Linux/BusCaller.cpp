@@ -61,9 +61,10 @@ QString systemAddress()
 
 QDBusConnection connected(const QString& address, const char* name)
 {
-    if (!doesBusAnswer(address))
+    const QString answering = addressThatAnswers(address);
+    if (answering.isEmpty())
         return QDBusConnection(QLatin1String(name));
-    return QDBusConnection::connectToBus(address, QLatin1String(name));
+    return QDBusConnection::connectToBus(answering, QLatin1String(name));
 }
 
 } // namespace
