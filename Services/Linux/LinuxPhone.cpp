@@ -53,7 +53,7 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
 {
     // Only the pages of devices and SIMs need it.
     const auto system = std::make_shared<BusTalks>(BusCaller(systemBus, _budget));
-    const BusCaller session(sessionBus(), _budget);
+    const BusCaller session(sessionBus, _budget);
     _notifications = std::make_shared<BusNotifications>(session);
     const auto settings = std::make_shared<PortalSettings>(session);
     _appearance = std::make_shared<PortalAppearance>(settings);
@@ -69,8 +69,8 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
         dataFolders(), [settings] { return chosenIconTheme(*settings); }, _budget);
     _phone.appearance = _appearance;
     const auto acts = std::make_shared<BackgroundActs>(_budget);
-    _phone.mail = std::make_shared<PortalMail>(session.bus(), acts, std::move(hostPath));
-    _phone.links = std::make_shared<PortalLinks>(session.bus(), acts);
+    _phone.mail = std::make_shared<PortalMail>(session, acts, std::move(hostPath));
+    _phone.links = std::make_shared<PortalLinks>(session, acts);
 }
 
 LinuxPhone::~LinuxPhone()

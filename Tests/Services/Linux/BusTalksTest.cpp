@@ -139,7 +139,7 @@ TEST_F(Talks, DaemonThatIsAbsentHasFailed)
     EXPECT_EQ(onBus.begin(nobody, greet(nobody)).result(), QDBusMessage::InvalidMessage);
 }
 
-TEST_F(Talks, BusIsConnectedToByTheFirstOfThem)
+TEST_F(Talks, BusIsConnectedToByTheFirstOfThemAndAgainInALaterTurnWhenItIsNotThere)
 {
     int connections = 0;
     budget->renew();
@@ -152,6 +152,25 @@ TEST_F(Talks, BusIsConnectedToByTheFirstOfThem)
     for (int i = 0; i < 2; ++i) {
         const auto greet = [](const BusCaller& caller) { return caller.call(greetingOf(bus)).type(); };
         EXPECT_EQ(onDemand.begin(bus, greet).result(), QDBusMessage::ErrorMessage);
+    }
+    EXPECT_EQ(connections, 1);
+    budget->renew();
+    onDemand.begin(bus, [](const BusCaller& caller) { return caller.isConnected(); }).result();
+    EXPECT_EQ(connections, 2);
+}
+
+TEST_F(Talks, BusThatIsThereIsConnectedToOnce)
+{
+    PrivateBus machine;
+    int connections = 0;
+    BusTalks onDemand({ [&connections, bus = machine.client(QStringLiteral("a"))] {
+                           ++connections;
+                           return bus;
+                       },
+        budget });
+    for (int i = 0; i < 2; ++i) {
+        budget->renew();
+        EXPECT_TRUE(onDemand.begin(bus, [](const BusCaller& caller) { return caller.isConnected(); }).result());
     }
     EXPECT_EQ(connections, 1);
 }
@@ -174,6 +193,15 @@ TEST(WaitBudgets, AreSpentOnceAndRenewed)
     EXPECT_NE(budget.turn(), turn);
 }
 
+TEST(WaitBudgets, ATalkIsWaitedForALittleLongerThanItsQuestionsAndNoLongerThanThereIsTime)
+{
+    WaitBudget budget;
+    EXPECT_GT(budget.patienceWithTalk(), budget.patience());
+    EXPECT_LT(budget.patienceWithTalk(), WaitBudget::whole);
+    budget.spend(WaitBudget::whole - std::chrono::milliseconds(10));
+    EXPECT_LE(budget.patienceWithTalk(), std::chrono::milliseconds(10));
+}
+
 TEST(WaitBudgets, OfATalkIsWhatOneQuestionMayTake)
 {
     WaitBudget budget;
@@ -186,12 +214,3 @@ TEST(WaitBudgets, OfATalkIsWhatOneQuestionMayTake)
 }
 
 } // namespace
-TEST(WaitBudgets, ATalkIsWaitedForALittleLongerThanItsQuestionsAndNoLongerThanThereIsTime)
-{
-    WaitBudget budget;
-    EXPECT_GT(budget.patienceWithTalk(), budget.patience());
-    EXPECT_LT(budget.patienceWithTalk(), WaitBudget::whole);
-    budget.spend(WaitBudget::whole - std::chrono::milliseconds(10));
-    EXPECT_LE(budget.patienceWithTalk(), std::chrono::milliseconds(10));
-}
-

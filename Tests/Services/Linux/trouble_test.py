@@ -283,6 +283,24 @@ class TroubleTest(MachineTest):
             driver.open("sims")
         self.assertEqual(driver.rows(), [])
 
+    def test_bus_that_hung_when_it_was_first_needed_is_used_when_it_wakes(self):
+        self.add_sim(self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH))
+        driver = self.on_linux()
+        driver.ask("rows")
+        self.system.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.system.process.send_signal, signal.SIGCONT)
+        self.assertEqual(driver.open("sims").rows(), [])
+        self.system.process.send_signal(signal.SIGCONT)
+        driver.ask("back")
+
+        def attempt():
+            start = time.monotonic()
+            rows = driver.open("sims").rows()
+            driver.ask("back")
+            return time.monotonic() - start, [row["name"] for row in rows][:1]
+
+        self.quickest(attempt, ["SIM 1"])
+
 
 class RealDaemonsTest(TroubleTest):
     """Debian's own daemons on a machine without hardware."""
