@@ -6,6 +6,7 @@
 
 #include <map>
 #include <tuple>
+#include <utility>
 
 namespace {
 
@@ -62,9 +63,24 @@ std::vector<PairedDevice> devicesOn(const BusCaller& systemBus)
 
 } // namespace
 
+void BluezDevices::askAhead()
+{
+    if (!_known.isKnown() && std::exchange(_isNeeded, false))
+        _ahead = begun();
+}
+
+BluezDevices::Talk BluezDevices::begun() const
+{
+    auto ahead = std::exchange(_ahead, std::nullopt);
+    return ahead && ahead->isOfThisTurn() ? std::move(*ahead) : _bus->begin(bluez, devicesOn);
+}
+
 std::vector<PairedDevice> BluezDevices::devices() const
 {
-    auto talk = _bus->begin(bluez, devicesOn);
-    _askOthers();
-    return talk.result();
+    _isNeeded = true;
+    return _known.get([this] {
+        Talk talk = begun();
+        _askOthers();
+        return talk.result();
+    });
 }

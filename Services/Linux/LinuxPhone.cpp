@@ -64,7 +64,12 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
         std::make_shared<LinuxSubscriptions>(system, configurationFolders().constFirst() + QLatin1String(simNamesFile));
     _phone.subscriptions = sims;
     // The page of devices shows the SIMs too.
-    _phone.pairedDevices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
+    const auto devices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
+    sims->setAskOthers([weak = std::weak_ptr(devices)] {
+        if (const auto known = weak.lock())
+            known->askAhead();
+    });
+    _phone.pairedDevices = devices;
     _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
         dataFolders(), [settings] { return chosenIconTheme(*settings); }, _budget);
     _phone.appearance = _appearance;

@@ -65,7 +65,8 @@ QString LinuxSubscriptions::carrierOf(const SimCard& card) const
 
 void LinuxSubscriptions::askAhead()
 {
-    _ahead = begun();
+    if (!_known.isKnown())
+        _ahead = begun();
 }
 
 /// Both, because most machines have one of them alone and the other costs nothing.
@@ -77,16 +78,20 @@ LinuxSubscriptions::Talks LinuxSubscriptions::begun() const
     return { _bus->begin(modemManagerService, modemManagerSims), _bus->begin(ofonoService, ofonoSims) };
 }
 
-std::vector<SimCard> LinuxSubscriptions::cards() const
+const std::vector<SimCard>& LinuxSubscriptions::cards() const
 {
-    Talks talks = begun();
-    std::vector<SimCard> ofModemManager = talks.modemManager.result();
-    return ofModemManager.empty() ? talks.ofono.result() : ofModemManager;
+    return _known.get([this] {
+        Talks talks = begun();
+        if (_askOthers)
+            _askOthers();
+        std::vector<SimCard> ofModemManager = talks.modemManager.result();
+        return ofModemManager.empty() ? talks.ofono.result() : ofModemManager;
+    });
 }
 
 std::vector<Subscription> LinuxSubscriptions::subscriptions() const
 {
-    const std::vector<SimCard> found = cards();
+    const std::vector<SimCard>& found = cards();
     const QHash<QString, QString> names = found.empty() ? QHash<QString, QString>() : namesIn(_namesFile);
     _regions.clear();
 

@@ -138,6 +138,28 @@ class TroubleTest(MachineTest):
         print("all daemons answer after 300 ms: %.0f ms" % (1000 * seconds))
         self.seconds_to_open("sims", ["SIM 1", "Carrier", "Carrier Logo"])
 
+    def test_daemons_that_are_slow_do_not_empty_the_page_at_a_switch(self):
+        bluez = self.mock_template("bluez5", BLUEZ, "/")
+        self.add_device(bluez)
+        modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
+        self.add_sim(modems)
+        self.be_slow(bluez, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", ALL_OBJECTS)
+        self.be_slow(modems, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", modemmanager.MANAGED_OBJECTS)
+
+        def attempt():
+            # The first binding of all asks for the SIMs before the devices.
+            shutil.rmtree(self.root, ignore_errors=True)
+            driver = self.on_linux().open("bluetooth")
+            start = time.monotonic()
+            driver.request("set", row=ADDRESS, value=True)
+            seconds = time.monotonic() - start
+            shown = [row["name"] for row in driver.rows() if row["name"]]
+            driver.close()
+            return seconds, shown
+
+        seconds = self.quickest(attempt, ["Car", "Default SIM", "Carrier"])
+        print("a switch while the daemons answer after 300 ms: %.0f ms" % (1000 * seconds))
+
     def test_daemon_that_hangs_does_not_keep_the_one_that_is_asked_next_from_answering(self):
         self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
         self.mock_template("ofono", OFONO, "/")
