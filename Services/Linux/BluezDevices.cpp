@@ -15,7 +15,7 @@ constexpr const char* bluezRoot = "/";
 constexpr const char* objectManager = "org.freedesktop.DBus.ObjectManager";
 constexpr const char* getManagedObjects = "GetManagedObjects";
 constexpr const char* deviceInterface = "org.bluez.Device1";
-constexpr const char* addressPattern = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}$";
+constexpr const char* addressPattern = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}\\z";
 
 /// The address names the device's rows and its binding, so one that is none makes no device.
 bool isAddress(const QString& text)

@@ -5,7 +5,7 @@
 namespace {
 
 /// The standard has up to 22 digits with room for a filler; cards in the wild have 18 and more.
-constexpr const char* iccidPattern = "^([0-9]{10,22})[Ff]*$";
+constexpr const char* iccidPattern = "^([0-9]{10,22})[Ff]*\\z";
 
 } // namespace
 
