@@ -27,7 +27,7 @@ bool isAddress(const QString& text)
 QString nameOf(const QVariantMap& device, const QString& address)
 {
     for (const char* name : { "Name", "Alias" }) {
-        const QString text = textOf(device, name).trimmed();
+        const QString text = plainLine(textOf(device, name));
         if (!text.isEmpty())
             return text;
     }
