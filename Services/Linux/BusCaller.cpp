@@ -62,9 +62,12 @@ QString systemAddress()
 /// Of two threads that come together, one connects and the other gets what that has come to.
 QDBusConnection connected(const QString& address, const char* name, std::mutex& connecting)
 {
-    const std::lock_guard lock(connecting);
+    std::unique_lock lock(connecting, std::try_to_lock);
+    const bool hasCompany = !lock.owns_lock();
+    if (hasCompany)
+        lock.lock();
     const QDBusConnection known { QLatin1String(name) };
-    if (known.isConnected())
+    if (known.isConnected() || hasCompany)
         return known;
     // The bus library would hand out the one that is gone again.
     QDBusConnection::disconnectFromBus(QLatin1String(name));
