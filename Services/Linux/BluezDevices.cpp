@@ -6,6 +6,7 @@
 
 #include <map>
 #include <tuple>
+#include <utility>
 
 namespace {
 
@@ -14,7 +15,7 @@ constexpr const char* bluezRoot = "/";
 constexpr const char* objectManager = "org.freedesktop.DBus.ObjectManager";
 constexpr const char* getManagedObjects = "GetManagedObjects";
 constexpr const char* deviceInterface = "org.bluez.Device1";
-constexpr const char* addressPattern = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}$";
+constexpr const char* addressPattern = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}\\z";
 
 /// The address names the device's rows and its binding, so one that is none makes no device.
 bool isAddress(const QString& text)
@@ -26,7 +27,7 @@ bool isAddress(const QString& text)
 QString nameOf(const QVariantMap& device, const QString& address)
 {
     for (const char* name : { "Name", "Alias" }) {
-        const QString text = textOf(device, name).trimmed();
+        const QString text = plainLine(textOf(device, name));
         if (!text.isEmpty())
             return text;
     }
@@ -62,9 +63,24 @@ std::vector<PairedDevice> devicesOn(const BusCaller& systemBus)
 
 } // namespace
 
+void BluezDevices::askAhead()
+{
+    if (!_known.isKnown() && std::exchange(_isNeeded, false))
+        _ahead = begun();
+}
+
+BluezDevices::Talk BluezDevices::begun() const
+{
+    auto ahead = std::exchange(_ahead, std::nullopt);
+    return ahead && ahead->isOfThisTurn() ? std::move(*ahead) : _bus->begin(bluez, devicesOn);
+}
+
 std::vector<PairedDevice> BluezDevices::devices() const
 {
-    auto talk = _bus->begin(bluez, devicesOn);
-    _askOthers();
-    return talk.result();
+    _isNeeded = true;
+    return _known.get([this] {
+        Talk talk = begun();
+        _askOthers();
+        return talk.result();
+    });
 }

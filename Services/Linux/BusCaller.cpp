@@ -59,27 +59,52 @@ QString systemAddress()
     return address.isEmpty() ? QLatin1String(socketAddress) + QLatin1String(systemSocket) : address;
 }
 
-QDBusConnection connected(const QString& address, const char* name)
+/// Of two threads that come together, one connects and the other gets what that has come to.
+QDBusConnection connected(const QString& address, const char* name, std::mutex& connecting)
 {
-    if (!doesBusAnswer(address))
+    std::unique_lock lock(connecting, std::try_to_lock);
+    const bool hasCompany = !lock.owns_lock();
+    if (hasCompany)
+        lock.lock();
+    const QDBusConnection known { QLatin1String(name) };
+    if (known.isConnected() || hasCompany)
+        return known;
+    // The bus library would hand out the one that is gone again.
+    QDBusConnection::disconnectFromBus(QLatin1String(name));
+    const QString answering = addressThatAnswers(address);
+    if (answering.isEmpty())
         return QDBusConnection(QLatin1String(name));
-    return QDBusConnection::connectToBus(address, QLatin1String(name));
+    return QDBusConnection::connectToBus(answering, QLatin1String(name));
 }
 
 } // namespace
 
-const QDBusConnection& BusOnDemand::connection()
+QDBusConnection BusOnDemand::connection(unsigned turn)
 {
-    std::call_once(_once, [this] { _connection.emplace(_connect()); });
+    const std::lock_guard lock(_mutex);
+    const bool isDue = !_connection || (turn > _triedIn && !_connection->isConnected());
+    if (isDue) {
+        _triedIn = turn;
+        _connection.emplace(_connect());
+    }
     return *_connection;
+}
+
+QDBusConnection BusCaller::bus() const
+{
+    const auto start = Clock::now();
+    QDBusConnection connection = _bus->connection(_budget->turn());
+    _budget->spend(Clock::now() - start);
+    return connection;
 }
 
 BusQuestion BusCaller::ask(const QDBusMessage& request) const
 {
+    const QDBusConnection connection = bus();
     const auto patience = static_cast<int>(_budget->patience().count());
-    if (!isConnected() || patience <= 0 || _budget->hasFailed(request.service().toStdString()))
+    if (!connection.isConnected() || patience <= 0 || _budget->hasFailed(request.service().toStdString()))
         return { request, std::nullopt };
-    return { request, bus().asyncCall(request, patience) };
+    return { request, connection.asyncCall(request, patience) };
 }
 
 QDBusMessage BusCaller::answerTo(const BusQuestion& question) const
@@ -108,10 +133,12 @@ std::vector<QDBusMessage> BusCaller::callAll(const std::vector<QDBusMessage>& re
 
 QDBusConnection systemBus()
 {
-    return connected(systemAddress(), systemBusName);
+    static std::mutex connecting;
+    return connected(systemAddress(), systemBusName, connecting);
 }
 
 QDBusConnection sessionBus()
 {
-    return connected(sessionAddress(), sessionBusName);
+    static std::mutex connecting;
+    return connected(sessionAddress(), sessionBusName, connecting);
 }

@@ -19,7 +19,8 @@ struct BusQuestion {
     std::optional<QDBusPendingCall> reply;
 };
 
-/// A bus that is connected to when it is first used, on whatever thread that is.
+/// A bus that is connected to when it is first used, on whatever thread that is. One that is not there then, or goes
+/// away, is tried again in a later turn of the host.
 class BusOnDemand {
 public:
     using Connect = std::function<QDBusConnection()>;
@@ -29,12 +30,13 @@ public:
     {
     }
 
-    const QDBusConnection& connection();
+    QDBusConnection connection(unsigned turn);
 
 private:
     Connect _connect;
-    std::once_flag _once;
+    std::mutex _mutex;
     std::optional<QDBusConnection> _connection;
+    unsigned _triedIn = 0;
 };
 
 /// Asks daemons on a bus, and waits for them within the budget that all callers of a phone share. What cannot be
@@ -56,7 +58,8 @@ public:
     BusCaller forTalk() const { return { _bus, std::make_shared<WaitBudget>(_budget->forTalk()) }; }
 
     bool isConnected() const { return bus().isConnected(); }
-    const QDBusConnection& bus() const { return _bus->connection(); }
+    /// To be asked for anew in each turn. Connecting is paid for like an answer.
+    QDBusConnection bus() const;
     const std::shared_ptr<WaitBudget>& budget() const { return _budget; }
 
     QDBusMessage call(const QDBusMessage& request) const { return answerTo(ask(request)); }

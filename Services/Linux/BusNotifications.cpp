@@ -26,10 +26,44 @@ bool canBeSelected(const QString& name)
 
 BusNotifications::BusNotifications(BusCaller sessionBus)
     : _bus(std::move(sessionBus))
+    , _asked(_bus.bus())
+{
+    watchForLoss();
+}
+
+QDBusConnection BusNotifications::connection()
 {
     QDBusConnection bus = _bus.bus();
-    bus.connect(QString(), QLatin1String(localPath), QLatin1String(localInterface), QStringLiteral("Disconnected"),
+    // The one that was asked is kept, so no other can have its address.
+    if (bus.internalPointer() == _asked.internalPointer())
+        return bus;
+    _asked = bus;
+    watchForLoss();
+    for (const auto& [name, handlers] : _observers)
+        select(name);
+    if (_listensToAll)
+        selectAll();
+    return bus;
+}
+
+void BusNotifications::watchForLoss()
+{
+    _asked.connect(QString(), QLatin1String(localPath), QLatin1String(localInterface), QStringLiteral("Disconnected"),
         this, SLOT(loseBus()));
+}
+
+void BusNotifications::select(const std::string& name)
+{
+    _asked.connect(QString(), QLatin1String(path), QLatin1String(interface), QLatin1String(signalName),
+        { QString::fromStdString(name) }, QLatin1String(signature), this, SLOT(receive(QString)));
+    _isFlushed = false;
+}
+
+void BusNotifications::selectAll()
+{
+    _asked.connect(QString(), QLatin1String(path), QLatin1String(interface), QLatin1String(signalName), {},
+        QLatin1String(signature), this, SLOT(receiveAny(QString)));
+    _isFlushed = false;
 }
 
 void BusNotifications::post(const std::string& name)
@@ -37,14 +71,14 @@ void BusNotifications::post(const std::string& name)
     QDBusMessage notification =
         QDBusMessage::createSignal(QLatin1String(path), QLatin1String(interface), QLatin1String(signalName));
     notification << QString::fromStdString(name);
-    if (_bus.isConnected() && _bus.bus().send(notification))
+    const QDBusConnection bus = connection();
+    if (bus.isConnected() && bus.send(notification))
         _isFlushed = false;
 }
 
 void BusNotifications::addObserver(const std::string& name, Handler handler)
 {
-    const QString selected = QString::fromStdString(name);
-    if (!canBeSelected(selected)) {
+    if (!canBeSelected(QString::fromStdString(name))) {
         addObserverOfAll([name, handler = std::move(handler)](const std::string& posted) {
             if (posted == name)
                 handler(posted);
@@ -53,29 +87,24 @@ void BusNotifications::addObserver(const std::string& name, Handler handler)
     }
     std::vector<Handler>& handlers = _observers[name];
     handlers.push_back(std::move(handler));
-    if (handlers.size() > 1)
-        return;
-    QDBusConnection bus = _bus.bus();
-    bus.connect(QString(), QLatin1String(path), QLatin1String(interface), QLatin1String(signalName), { selected },
-        QLatin1String(signature), this, SLOT(receive(QString)));
-    _isFlushed = false;
+    if (handlers.size() == 1)
+        select(name);
 }
 
 void BusNotifications::addObserverOfAll(Handler handler)
 {
     _observersOfAll.push_back(std::move(handler));
-    if (std::exchange(_listensToAll, true))
-        return;
-    QDBusConnection bus = _bus.bus();
-    bus.connect(QString(), QLatin1String(path), QLatin1String(interface), QLatin1String(signalName), {},
-        QLatin1String(signature), this, SLOT(receiveAny(QString)));
-    _isFlushed = false;
+    if (!std::exchange(_listensToAll, true))
+        selectAll();
 }
 
 void BusNotifications::flush()
 {
-    if (_isFlushed)
+    // What a bus that is gone has not got by now, it will not get.
+    if (_isFlushed || !_asked.isConnected()) {
+        _isFlushed = true;
         return;
+    }
     const QDBusMessage reply = _bus.call(QDBusMessage::createMethodCall(
         QLatin1String(busService), QLatin1String(busPath), QLatin1String(busService), QStringLiteral("GetId")));
     _isFlushed = reply.type() == QDBusMessage::ReplyMessage;

@@ -10,7 +10,8 @@
 
 /// Darwin notifications as signals on the user's bus: each process that asked for a name gets every notification of
 /// that name, the poster too, in the order of their posting. Handlers are called from the event loop of the main
-/// thread. Without a bus nothing is posted and nothing comes.
+/// thread. Without a bus nothing is posted and nothing comes. One that comes, or comes back, is used from the first
+/// posting of a later turn on.
 ///
 /// The signal is com.vexil.DarwinNotifications.Posted(s name), from the object /com/vexil/DarwinNotifications.
 class BusNotifications final : public QObject, public DarwinNotifications {
@@ -21,7 +22,7 @@ public:
     bool isConnected() const { return _bus.isConnected(); }
     /// The handler is called for every notification, whatever its name.
     void addObserverOfAll(Handler handler);
-    /// Called when the bus goes away; nothing comes from then on.
+    /// Called when the bus goes away; nothing comes before something is posted at one that has come back.
     void setLostHandler(std::function<void()> handler) { _lostHandler = std::move(handler); }
     /// Waits until the bus has all that was posted and all that was asked for, so that the process may end, or say that
     /// it listens. Does nothing when there is nothing to wait for.
@@ -37,7 +38,15 @@ private Q_SLOTS:
     void loseBus();
 
 private:
+    /// The bus, which has been asked for all that is observed.
+    QDBusConnection connection();
+    void select(const std::string& name);
+    void selectAll();
+    void watchForLoss();
+
     BusCaller _bus;
+    /// Where all that is observed has been asked for.
+    QDBusConnection _asked;
     bool _isFlushed = true;
     bool _listensToAll = false;
     std::map<std::string, std::vector<Handler>> _observers;

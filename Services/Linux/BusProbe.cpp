@@ -4,102 +4,100 @@
 #include <QStringList>
 
 #include <algorithm>
-#include <cstddef>
-#include <cstring>
-#include <poll.h>
-#include <sys/socket.h>
-#include <sys/un.h>
-#include <unistd.h>
+#include <arpa/inet.h>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <memory>
+#include <netinet/in.h>
+#include <systemd/sd-bus.h>
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
+/// For all addresses together.
+constexpr std::chrono::milliseconds patience { 100 };
 constexpr const char* unixTransport = "unix:";
-constexpr const char* pathKey = "path=";
-constexpr const char* abstractKey = "abstract=";
-constexpr int patienceMilliseconds = 100;
+constexpr const char* tcpTransport = "tcp:";
+constexpr const char* hostKey = "host=";
+constexpr const char* thisHost = "localhost";
 
-class Socket {
-public:
-    Socket()
-        : _descriptor(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0))
-    {
-    }
-    Socket(const Socket&) = delete;
-    Socket& operator=(const Socket&) = delete;
-    ~Socket()
-    {
-        if (_descriptor >= 0)
-            close(_descriptor);
-    }
-
-    bool connectTo(const QByteArray& name) const
-    {
-        sockaddr_un address {};
-        address.sun_family = AF_UNIX;
-        if (_descriptor < 0 || name.isEmpty() || static_cast<std::size_t>(name.size()) >= sizeof address.sun_path)
-            return false;
-        std::memcpy(address.sun_path, name.constData(), static_cast<std::size_t>(name.size()));
-        // The name of an abstract socket ends where its length says.
-        const bool isAbstract = name.front() == '\0';
-        const std::size_t length = offsetof(sockaddr_un, sun_path) + static_cast<std::size_t>(name.size());
-        return connect(_descriptor, reinterpret_cast<const sockaddr*>(&address),
-                   isAbstract ? static_cast<socklen_t>(length) : sizeof address)
-            == 0;
-    }
-
-    bool send(const QByteArray& text) const
-    {
-        return ::send(_descriptor, text.constData(), static_cast<std::size_t>(text.size()), MSG_NOSIGNAL)
-            == text.size();
-    }
-
-    bool hasAnswer() const
-    {
-        pollfd wait { _descriptor, POLLIN, 0 };
-        char character = 0;
-        return poll(&wait, 1, patienceMilliseconds) == 1 && recv(_descriptor, &character, 1, 0) == 1;
-    }
-
-private:
-    int _descriptor;
+struct Closing {
+    void operator()(sd_bus* bus) const { sd_bus_close_unref(bus); }
 };
+using Connection = std::unique_ptr<sd_bus, Closing>;
 
-/// The name of the socket, an abstract one after a NUL; empty for an address of another kind.
-QByteArray socketName(const QString& address)
+bool isNumberOfHost(const QByteArray& host)
 {
-    const QStringList fields = address.mid(QString(QLatin1String(unixTransport)).size()).split(QLatin1Char(','));
-    for (const QString& field : fields) {
-        const qsizetype sign = field.indexOf(QLatin1Char('=')) + 1;
-        const QByteArray value = QByteArray::fromPercentEncoding(field.mid(sign).toLatin1());
-        if (field.startsWith(QLatin1String(pathKey)))
-            return value;
-        if (field.startsWith(QLatin1String(abstractKey)))
-            return QByteArray(1, '\0') + value;
+    std::array<unsigned char, sizeof(in6_addr)> number;
+    return inet_pton(AF_INET, host.constData(), number.data()) == 1
+        || inet_pton(AF_INET6, host.constData(), number.data()) == 1;
+}
+
+bool needsNoLookingUp(const QString& field)
+{
+    const QString key = QLatin1String(hostKey);
+    if (!field.startsWith(key))
+        return true;
+    const QByteArray host = QByteArray::fromPercentEncoding(field.mid(key.size()).toUtf8());
+    return host == thisHost || isNumberOfHost(host);
+}
+
+bool mayBeTried(const QString& address)
+{
+    if (address.startsWith(QLatin1String(unixTransport)))
+        return true;
+    const QString transport = QLatin1String(tcpTransport);
+    const QStringList fields = address.mid(transport.size()).split(QLatin1Char(','));
+    return address.startsWith(transport) && std::all_of(fields.begin(), fields.end(), needsNoLookingUp);
+}
+
+/// A client that begins to greet the bus, and waits for nothing.
+Connection begun(const QString& address)
+{
+    sd_bus* made = nullptr;
+    if (sd_bus_new(&made) < 0)
+        return nullptr;
+    Connection bus(made);
+    const bool hasBegun = sd_bus_set_address(made, address.toUtf8().constData()) >= 0
+        && sd_bus_set_bus_client(made, true) >= 0 && sd_bus_negotiate_fds(made, false) >= 0 && sd_bus_start(made) >= 0;
+    return hasBegun ? std::move(bus) : nullptr;
+}
+
+/// Whether there is anything left to wait for.
+bool waitForMore(sd_bus* bus, Clock::time_point end)
+{
+    const auto left = std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()).count();
+    if (left <= 0)
+        return false;
+    const int result = sd_bus_wait(bus, static_cast<uint64_t>(left));
+    return result >= 0 || result == -EINTR;
+}
+
+/// Only a complete greeting tells: a bus may hang after any line of it.
+bool doesAnswer(const QString& address, Clock::time_point end)
+{
+    const Connection bus = mayBeTried(address) ? begun(address) : nullptr;
+    while (bus && Clock::now() < end) {
+        const int progress = sd_bus_process(bus.get(), nullptr);
+        if (progress < 0)
+            return false;
+        if (sd_bus_is_ready(bus.get()) > 0)
+            return true;
+        if (progress == 0 && !waitForMore(bus.get(), end))
+            return false;
     }
-    return {};
-}
-
-/// What every client of a bus says first. A bus answers it, whether it lets us in or not.
-QByteArray greeting()
-{
-    return QByteArray(1, '\0') + "AUTH EXTERNAL " + QByteArray::number(getuid()).toHex() + "\r\n";
-}
-
-bool doesAddressAnswer(const QString& address)
-{
-    if (!address.startsWith(QLatin1String(unixTransport)))
-        return true;
-    const QByteArray name = socketName(address);
-    if (name.isEmpty())
-        return true;
-    const Socket socket;
-    return socket.connectTo(name) && socket.send(greeting()) && socket.hasAnswer();
+    return false;
 }
 
 } // namespace
 
-bool doesBusAnswer(const QString& addresses)
+QString addressThatAnswers(const QString& addresses)
 {
+    const Clock::time_point end = Clock::now() + patience;
     const QStringList all = addresses.split(QLatin1Char(';'), Qt::SkipEmptyParts);
-    return std::any_of(all.begin(), all.end(), doesAddressAnswer);
+    const auto found =
+        std::find_if(all.begin(), all.end(), [end](const QString& address) { return doesAnswer(address, end); });
+    return found == all.end() ? QString() : *found;
 }

@@ -7,6 +7,8 @@
 #include <chrono>
 #include <future>
 #include <memory>
+#include <mutex>
+#include <set>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -18,6 +20,27 @@ struct BusTalkOutcome {
     bool hasFailed;
 };
 
+/// The daemons with which a talk is under way, known to the threads of the talks as well.
+class DaemonsInTalk {
+public:
+    /// False when there is one under way already.
+    bool add(const std::string& daemon)
+    {
+        const std::lock_guard lock(_mutex);
+        return _daemons.insert(daemon).second;
+    }
+
+    void remove(const std::string& daemon)
+    {
+        const std::lock_guard lock(_mutex);
+        _daemons.erase(daemon);
+    }
+
+private:
+    std::mutex _mutex;
+    std::set<std::string> _daemons;
+};
+
 /// A talk with a daemon that has been begun. One that is dropped goes on to its end, and nobody waits for it.
 template <typename Result>
 class BusTalk {
@@ -26,7 +49,7 @@ public:
         : _coming(std::move(coming))
         , _budget(std::move(budget))
         , _daemon(std::move(daemon))
-        , _end(Clock::now() + _budget->patience())
+        , _end(Clock::now() + _budget->patienceWithTalk())
         , _turn(_budget->turn())
     {
     }
@@ -34,7 +57,7 @@ public:
     /// Whether it was begun in this turn of the host, and not in an earlier one.
     bool isOfThisTurn() const { return _turn == _budget->turn(); }
 
-    /// Waits for what the talk comes to, no longer than a question could have been waited for when it was begun; an
+    /// Waits for what the talk comes to, hardly longer than a question could have been waited for when it was begun; an
     /// empty result when it has come to nothing by then. To be asked for once.
     Result result()
     {
@@ -68,7 +91,8 @@ public:
     }
 
     /// `words` is called on another thread with a caller for it, whose whole patience is that of one question; it must
-    /// own what it uses. A daemon that has failed in this turn is not talked to.
+    /// own what it uses. What it throws makes an empty result. A daemon that has failed in this turn is not talked to,
+    /// nor is one with which a talk of an earlier turn is still under way; it counts as failed.
     template <typename Words>
     auto begin(const char* daemon, Words words)
     {
@@ -76,22 +100,39 @@ public:
         // What is started must be copyable, and a promise is not.
         const auto outcome = std::make_shared<std::promise<BusTalkOutcome<Result>>>();
         BusTalk<Result> talk(outcome->get_future(), _bus.budget(), daemon);
-        if (_bus.budget()->hasFailed(daemon)) {
+        if (_bus.budget()->hasFailed(daemon) || !_inTalk->add(daemon)) {
             outcome->set_value({ {}, true });
             return talk;
         }
-        _threads.start([outcome, daemon, words = std::move(words), bus = _bus.forTalk()] {
-            Result result = words(bus);
-            outcome->set_value({ std::move(result), bus.budget()->hasFailed(daemon) });
+        _threads.start([outcome, daemon, words = std::move(words), bus = _bus.forTalk(), inTalk = _inTalk] {
+            auto end = endOf<Result>(words, bus, daemon);
+            // First, because whoever waits for the outcome may begin the next talk at once.
+            inTalk->remove(daemon);
+            outcome->set_value(std::move(end));
         });
         return talk;
     }
 
+    const std::shared_ptr<WaitBudget>& budget() const { return _bus.budget(); }
+
 private:
-    /// Those of a page, and as many that hang from turns before.
+    /// More than there are daemons, and with each there is one at most: none waits for a thread.
     static constexpr int mostTalks = 8;
 
+    template <typename Result, typename Words>
+    static BusTalkOutcome<Result> endOf(const Words& words, const BusCaller& bus, const char* daemon)
+    {
+        try {
+            Result result = words(bus);
+            return { std::move(result), bus.budget()->hasFailed(daemon) };
+        } catch (...) {
+            // As when there is no memory for what a daemon answers. It would end the process.
+            return { {}, true };
+        }
+    }
+
     BusCaller _bus;
-    /// Waits for the talks that go on when it ends.
+    std::shared_ptr<DaemonsInTalk> _inTalk = std::make_shared<DaemonsInTalk>();
+    /// Waits for the talks that go on when it ends, each of which is bounded by its budget.
     QThreadPool _threads;
 };

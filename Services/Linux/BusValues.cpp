@@ -4,6 +4,8 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 
+#include <algorithm>
+
 namespace {
 
 constexpr const char* managedObjectsSignature = "a{oa{sa{sv}}}";
@@ -17,12 +19,25 @@ bool isAnswer(const QDBusMessage& reply, const char* signature)
         && !reply.arguments().isEmpty();
 }
 
+bool breaksLine(QChar character)
+{
+    const QChar::Category category = character.category();
+    return category == QChar::Other_Control || category == QChar::Separator_Line
+        || category == QChar::Separator_Paragraph;
+}
+
 QVariant property(const QVariantMap& properties, const char* name)
 {
     return unwrapped(properties.value(QLatin1String(name)));
 }
 
 } // namespace
+
+QString plainLine(QString text)
+{
+    std::replace_if(text.begin(), text.end(), breaksLine, QLatin1Char(' '));
+    return text.simplified();
+}
 
 QVariant unwrapped(QVariant value)
 {

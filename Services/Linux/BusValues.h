@@ -40,5 +40,9 @@ bool isFalse(const QVariantMap& properties, const char* name);
 /// Absent when the property is missing or no number.
 std::optional<qlonglong> numberOf(const QVariantMap& properties, const char* name);
 
+/// The text as one line without control characters, which are spaces, and without more than one space at a time: what
+/// others have called themselves is shown on terminals too.
+QString plainLine(QString text);
+
 /// What a variant within variants holds.
 QVariant unwrapped(QVariant value);

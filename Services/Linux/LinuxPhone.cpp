@@ -53,7 +53,7 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
 {
     // Only the pages of devices and SIMs need it.
     const auto system = std::make_shared<BusTalks>(BusCaller(systemBus, _budget));
-    const BusCaller session(sessionBus(), _budget);
+    const BusCaller session(sessionBus, _budget);
     _notifications = std::make_shared<BusNotifications>(session);
     const auto settings = std::make_shared<PortalSettings>(session);
     _appearance = std::make_shared<PortalAppearance>(settings);
@@ -64,13 +64,18 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
         std::make_shared<LinuxSubscriptions>(system, configurationFolders().constFirst() + QLatin1String(simNamesFile));
     _phone.subscriptions = sims;
     // The page of devices shows the SIMs too.
-    _phone.pairedDevices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
+    const auto devices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
+    sims->setAskOthers([weak = std::weak_ptr(devices)] {
+        if (const auto known = weak.lock())
+            known->askAhead();
+    });
+    _phone.pairedDevices = devices;
     _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
         dataFolders(), [settings, budget = _budget] { return chosenIconTheme(*settings, *budget); }, _budget);
     _phone.appearance = _appearance;
     const auto acts = std::make_shared<BackgroundActs>(_budget);
-    _phone.mail = std::make_shared<PortalMail>(session.bus(), acts, std::move(hostPath));
-    _phone.links = std::make_shared<PortalLinks>(session.bus(), acts);
+    _phone.mail = std::make_shared<PortalMail>(session, acts, std::move(hostPath));
+    _phone.links = std::make_shared<PortalLinks>(session, acts);
 }
 
 LinuxPhone::~LinuxPhone()

@@ -1,8 +1,10 @@
 #include "Linux/LinuxSubscriptions.h"
 
+#include "Linux/BusValues.h"
 #include "Linux/PhoneNumbers.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QUuid>
 
 #include <algorithm>
@@ -16,18 +18,26 @@ const QUuid simNamespace { 0x6d1f7a52, 0x0c4e, 0x5b37, 0x9a, 0x63, 0x2e, 0x8f, 0
 constexpr qint64 largestNamesFile = 1 << 20;
 constexpr const char* nameless = "SIM ";
 
+/// A SIM's key, or its ICCID as it is or with the filler that some programs print.
+QString keyIn(const QString& text)
+{
+    const QString iccid = plainIccid(text);
+    return iccid.isEmpty() ? text.trimmed().toUpper() : iccid;
+}
+
 /// The user's names of SIMs, by key or ICCID.
 QHash<QString, QString> namesIn(const QString& path)
 {
     QHash<QString, QString> names;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    // Anything else might never come to an end, or not even to a beginning.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
         return names;
     for (const QString& line : QString::fromUtf8(file.read(largestNamesFile)).split(QLatin1Char('\n'))) {
         const qsizetype sign = line.indexOf(QLatin1Char('='));
-        const QString name = line.mid(sign + 1).trimmed();
+        const QString name = plainLine(line.mid(sign + 1));
         if (sign > 0 && !name.isEmpty())
-            names.insert(line.left(sign).trimmed().toUpper(), name);
+            names.insert(keyIn(line.left(sign)), name);
     }
     return names;
 }
@@ -59,13 +69,14 @@ const MobileProviders& LinuxSubscriptions::providers() const
 
 QString LinuxSubscriptions::carrierOf(const SimCard& card) const
 {
-    const QString known = firstOf({ card.registeredName, card.homeName }).trimmed();
-    return known.isEmpty() ? providers().nameOf(card.homeNetwork) : known;
+    const QString known = firstOf({ plainLine(card.registeredName), plainLine(card.homeName) });
+    return known.isEmpty() ? plainLine(providers().nameOf(card.homeNetwork)) : known;
 }
 
 void LinuxSubscriptions::askAhead()
 {
-    _ahead = begun();
+    if (!_known.isKnown())
+        _ahead = begun();
 }
 
 /// Both, because most machines have one of them alone and the other costs nothing.
@@ -77,16 +88,20 @@ LinuxSubscriptions::Talks LinuxSubscriptions::begun() const
     return { _bus->begin(modemManagerService, modemManagerSims), _bus->begin(ofonoService, ofonoSims) };
 }
 
-std::vector<SimCard> LinuxSubscriptions::cards() const
+const std::vector<SimCard>& LinuxSubscriptions::cards() const
 {
-    Talks talks = begun();
-    std::vector<SimCard> ofModemManager = talks.modemManager.result();
-    return ofModemManager.empty() ? talks.ofono.result() : ofModemManager;
+    return _known.get([this] {
+        Talks talks = begun();
+        if (_askOthers)
+            _askOthers();
+        std::vector<SimCard> ofModemManager = talks.modemManager.result();
+        return ofModemManager.empty() ? talks.ofono.result() : ofModemManager;
+    });
 }
 
 std::vector<Subscription> LinuxSubscriptions::subscriptions() const
 {
-    const std::vector<SimCard> found = cards();
+    const std::vector<SimCard>& found = cards();
     const QHash<QString, QString> names = found.empty() ? QHash<QString, QString>() : namesIn(_namesFile);
     _regions.clear();
 
@@ -98,12 +113,13 @@ std::vector<Subscription> LinuxSubscriptions::subscriptions() const
         if (!keys.insert(key).second)
             continue;
         const QString carrier = carrierOf(card);
-        const QString number = QString::number(sims.size() + 1);
+        const QString place = QString::number(sims.size() + 1);
         const QString label = firstOf({ names.value(QString::fromStdString(key)), names.value(card.iccid), carrier,
-            QLatin1String(nameless) + number });
-        if (!card.ownNumber.isEmpty())
-            _regions.insert(card.ownNumber, providers().regionOf(card.homeNetwork));
-        sims.push_back({ key, label.toStdString(), present(card.ownNumber), present(carrier), card.isDefaultVoice });
+            QLatin1String(nameless) + place });
+        const QString number = plainLine(card.ownNumber);
+        if (!number.isEmpty())
+            _regions.insert(number, providers().regionOf(card.homeNetwork));
+        sims.push_back({ key, label.toStdString(), present(number), present(carrier), card.isDefaultVoice });
     }
     const bool isChosen = std::ranges::any_of(sims, &Subscription::userDefaultVoice);
     if (!isChosen && !sims.empty())

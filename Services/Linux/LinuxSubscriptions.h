@@ -3,11 +3,13 @@
 #include "Linux/BusTalks.h"
 #include "Linux/MobileProviders.h"
 #include "Linux/SimCard.h"
+#include "Linux/TurnAnswer.h"
 #include "Phone/Subscriptions.h"
 
 #include <QHash>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 /// The key of a SIM: a UUID made of its ICCID, the same in every slot and after every start.
@@ -21,9 +23,12 @@ public:
     LinuxSubscriptions(std::shared_ptr<BusTalks> systemBus, QString namesFile)
         : _bus(std::move(systemBus))
         , _namesFile(std::move(namesFile))
+        , _known(_bus->budget())
     {
     }
 
+    /// Begins the other talks that a page of SIMs may need, so that all are waited for together.
+    void setAskOthers(std::function<void()> askOthers) { _askOthers = std::move(askOthers); }
     /// Begins the talks with the daemons, which are waited for when the SIMs are asked for in the same turn.
     void askAhead();
 
@@ -39,13 +44,15 @@ private:
     };
 
     Talks begun() const;
-    std::vector<SimCard> cards() const;
+    const std::vector<SimCard>& cards() const;
     const MobileProviders& providers() const;
     QString carrierOf(const SimCard& card) const;
 
     std::shared_ptr<BusTalks> _bus;
     QString _namesFile;
+    std::function<void()> _askOthers;
     mutable std::optional<Talks> _ahead;
+    mutable TurnAnswer<std::vector<SimCard>> _known;
     /// Read when the first SIM needs it.
     mutable std::optional<MobileProviders> _providers;
     /// The home regions of the SIMs that were last asked for, by number.

@@ -14,12 +14,13 @@ constexpr const char* openUriInterface = "org.freedesktop.portal.OpenURI";
 bool PortalLinks::open(const std::string& url)
 {
     const bool isWebLink = url.starts_with("https://") || url.starts_with("http://");
-    if (!isWebLink || !_bus.isConnected())
+    const QDBusConnection bus = _bus.bus();
+    if (!isWebLink || !bus.isConnected())
         return false;
     QDBusMessage request = portalCall(openUriInterface, "OpenURI");
     request << QString(QLatin1String(noParentWindow)) << QString::fromStdString(url) << QVariantMap();
     return _acts->start(
-        [bus = _bus, request] {
+        [bus, request] {
             const PortalOutcome outcome = PortalRequest(bus, request).outcome();
             return outcome == PortalOutcome::Done || outcome == PortalOutcome::Cancelled;
         },

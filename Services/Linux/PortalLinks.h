@@ -1,14 +1,13 @@
 #pragma once
 
 #include "Linux/BackgroundActs.h"
+#include "Linux/BusCaller.h"
 #include "Phone/Links.h"
-
-#include <QDBusConnection>
 
 /// Opens links by way of the OpenURI portal. Only http and https links are opened.
 class PortalLinks final : public Links {
 public:
-    PortalLinks(QDBusConnection sessionBus, std::shared_ptr<BackgroundActs> acts)
+    PortalLinks(BusCaller sessionBus, std::shared_ptr<BackgroundActs> acts)
         : _bus(std::move(sessionBus))
         , _acts(std::move(acts))
     {
@@ -18,6 +17,6 @@ public:
     bool open(const std::string& url) override;
 
 private:
-    QDBusConnection _bus;
+    BusCaller _bus;
     std::shared_ptr<BackgroundActs> _acts;
 };

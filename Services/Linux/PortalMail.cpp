@@ -67,7 +67,7 @@ bool PortalMail::compose(const MailDraft& draft)
         return false;
     const QDBusMessage request = composeRequest(draft, *attachments);
     return _acts->start(
-        [bus = _bus, request, draft, files] {
+        [bus = _bus.bus(), request, draft, files] {
             const auto outcome = bus.isConnected() ? PortalRequest(bus, request).outcome() : PortalOutcome::Refused;
             if (outcome == PortalOutcome::Refused)
                 return runMailProgram(draft, files);

@@ -1,9 +1,8 @@
 #pragma once
 
 #include "Linux/BackgroundActs.h"
+#include "Linux/BusCaller.h"
 #include "Phone/Mail.h"
-
-#include <QDBusConnection>
 
 #include <functional>
 
@@ -14,7 +13,7 @@ public:
     /// Where a path of the phone lies on this machine.
     using HostPath = std::function<std::string(const std::string&)>;
 
-    PortalMail(QDBusConnection sessionBus, std::shared_ptr<BackgroundActs> acts, HostPath hostPath)
+    PortalMail(BusCaller sessionBus, std::shared_ptr<BackgroundActs> acts, HostPath hostPath)
         : _bus(std::move(sessionBus))
         , _acts(std::move(acts))
         , _hostPath(std::move(hostPath))
@@ -26,7 +25,7 @@ public:
     bool asksUserFirst() const override { return true; }
 
 private:
-    QDBusConnection _bus;
+    BusCaller _bus;
     std::shared_ptr<BackgroundActs> _acts;
     HostPath _hostPath;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <set>
 #include <string>
@@ -24,6 +25,12 @@ public:
     /// answers are waited for together, so a slow daemon takes no time of the others; the rest is for what must be
     /// asked those after one that hangs. Zero when it is spent.
     Milliseconds patience() const { return std::chrono::floor<Milliseconds>(_isForTalk ? _left : _left * 4 / 5); }
+    /// How long a talk of that patience may be waited for: a little longer, because the timers of the bus library are
+    /// up to a twentieth late, and a talk had better end by itself than be given up.
+    Milliseconds patienceWithTalk() const
+    {
+        return std::min(std::chrono::floor<Milliseconds>(_left), patience() * 21 / 20 + Milliseconds(5));
+    }
     void spend(Duration time) { _left = time < _left ? _left - time : Duration::zero(); }
 
     /// What a talk with one daemon may take, of which its first question may take everything.

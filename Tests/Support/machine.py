@@ -7,8 +7,10 @@ import os
 import pathlib
 import shlex
 import signal
+import socket
 import subprocess
 import sys
+import threading
 import time
 
 from gi.repository import Gio, GLib
@@ -27,6 +29,7 @@ LONGEST_SECONDS = 1.5 if os.environ.get("TANDEM_SANITIZED") else 0.5
 ATTEMPTS = 20
 # What waits for a daemon without a bound of its own waits until the bus library gives up, after 25 seconds.
 UNBOUNDED_SECONDS = 15
+LOCAL_HOST = "127.0.0.1"
 MOCK = "org.freedesktop.DBus.Mock"
 
 
@@ -104,6 +107,37 @@ class Bus:
         self.process.stdout.close()
 
 
+class FalteringBus:
+    """What stands for a bus: it lets every client in, says these words to what a client says first, and then no more."""
+
+    def __init__(self, family, place, words):
+        self.words = words
+        self.clients = []
+        self.listener = socket.socket(family)
+        self.listener.bind(place)
+        self.listener.listen()
+        threading.Thread(target=self.serve, daemon=True).start()
+
+    def serve(self):
+        with contextlib.suppress(OSError):
+            while True:
+                client, _ = self.listener.accept()
+                self.clients.append(client)
+                threading.Thread(target=self.greet, args=(client,), daemon=True).start()
+
+    def greet(self, client):
+        with contextlib.suppress(OSError):
+            client.recv(1)
+            client.sendall(self.words)
+
+    def stop(self):
+        # What waits for a client on another thread would go on when it is closed alone.
+        self.listener.shutdown(socket.SHUT_RDWR)
+        self.listener.close()
+        for client in self.clients:
+            client.close()
+
+
 class Daemon:
     """A process that owns a name on a bus."""
 
@@ -161,6 +195,15 @@ class MachineTest(support.PhoneTest):
         bus = Bus(self.folder, name)
         self.addCleanup(bus.stop)
         return bus
+
+    def start_faltering_bus(self, family, words):
+        """The address of one that says these words to every client and then hangs."""
+        path = f"{self.folder}/faltering-{time.monotonic_ns()}"
+        bus = FalteringBus(family, path if family == socket.AF_UNIX else (LOCAL_HOST, 0), words)
+        self.addCleanup(bus.stop)
+        if family == socket.AF_UNIX:
+            return f"unix:path={path}"
+        return f"tcp:host={LOCAL_HOST},port={bus.listener.getsockname()[1]}"
 
     def start_daemon(self, bus, name, path, command):
         environment = {name: value for name, value in self.environment.items() if not name.startswith("LSAN")}

@@ -80,4 +80,25 @@ TEST(Notifications, WithoutABusNothingHappens)
     EXPECT_FALSE(notifications.isConnected());
 }
 
+TEST(Notifications, BusThatComesLaterIsUsedInALaterTurnForWhatWasAskedBefore)
+{
+    PrivateBus bus;
+    bool isThere = false;
+    const auto budget = std::make_shared<WaitBudget>();
+    BusNotifications notifications({ [&isThere, client = bus.client(QStringLiteral("late"))] {
+                                        return isThere ? client : QDBusConnection(QStringLiteral("none"));
+                                    },
+        budget });
+    std::vector<std::string> heard;
+    const auto hear = [&heard](const std::string& name) { heard.push_back(name); };
+    notifications.addObserver("a", hear);
+    notifications.addObserverOfAll(hear);
+    isThere = true;
+    notifications.post("lost");
+    budget->renew();
+    notifications.post("a");
+    EXPECT_TRUE(PrivateBus::waitUntil([&heard] { return heard.size() >= 2; }));
+    EXPECT_EQ(heard, (std::vector<std::string> { "a", "a" }));
+}
+
 } // namespace

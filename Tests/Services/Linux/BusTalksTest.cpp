@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <latch>
+#include <stdexcept>
 
 namespace {
 
@@ -48,8 +50,42 @@ TEST_F(Talks, OneThatHangsComesToNothingAndIsNotHadAgainInTheTurn)
     EXPECT_LT(budget->patience(), Milliseconds(8));
     EXPECT_EQ(talks.begin(bus, hangs).result(), 0);
     released->count_down();
+    // It may take a moment to its end.
+    do
+        budget->renew();
+    while (talks.begin(bus, hangs).result() != answer);
+}
+
+TEST_F(Talks, DaemonThatHangsOverATalkThatWasDroppedIsLeftAloneAndTakesNoThreadOfTheOthers)
+{
+    constexpr int turns = 30;
+    auto released = std::make_shared<std::latch>(1);
+    auto begun = std::make_shared<std::atomic<int>>(0);
+    for (int i = 0; i < turns; ++i) {
+        budget->renew();
+        auto dropped = talks.begin(nobody, [released, begun](const BusCaller&) {
+            ++*begun;
+            released->wait();
+            return answer;
+        });
+        EXPECT_EQ(talks.begin(bus, [](const BusCaller&) { return answer; }).result(), answer);
+        if (i > 0) {
+            EXPECT_EQ(dropped.result(), 0);
+            EXPECT_TRUE(budget->hasFailed(nobody));
+        }
+    }
+    EXPECT_LE(*begun, 1);
+    released->count_down();
+}
+
+TEST_F(Talks, OneThatThrowsComesToNothing)
+{
+    const auto throws = [](const BusCaller&) -> int { throw std::runtime_error("no memory"); };
     budget->renew();
-    EXPECT_EQ(talks.begin(bus, hangs).result(), answer);
+    EXPECT_EQ(talks.begin(bus, throws).result(), 0);
+    EXPECT_TRUE(budget->hasFailed(bus));
+    budget->renew();
+    EXPECT_EQ(talks.begin(bus, [](const BusCaller&) { return answer; }).result(), answer);
 }
 
 TEST_F(Talks, OneThatHangsKeepsNoOtherFromComingToItsEnd)
@@ -103,7 +139,7 @@ TEST_F(Talks, DaemonThatIsAbsentHasFailed)
     EXPECT_EQ(onBus.begin(nobody, greet(nobody)).result(), QDBusMessage::InvalidMessage);
 }
 
-TEST_F(Talks, BusIsConnectedToByTheFirstOfThem)
+TEST_F(Talks, BusIsConnectedToByTheFirstOfThemAndAgainInALaterTurnWhenItIsNotThere)
 {
     int connections = 0;
     budget->renew();
@@ -116,6 +152,25 @@ TEST_F(Talks, BusIsConnectedToByTheFirstOfThem)
     for (int i = 0; i < 2; ++i) {
         const auto greet = [](const BusCaller& caller) { return caller.call(greetingOf(bus)).type(); };
         EXPECT_EQ(onDemand.begin(bus, greet).result(), QDBusMessage::ErrorMessage);
+    }
+    EXPECT_EQ(connections, 1);
+    budget->renew();
+    onDemand.begin(bus, [](const BusCaller& caller) { return caller.isConnected(); }).result();
+    EXPECT_EQ(connections, 2);
+}
+
+TEST_F(Talks, BusThatIsThereIsConnectedToOnce)
+{
+    PrivateBus machine;
+    int connections = 0;
+    BusTalks onDemand({ [&connections, bus = machine.client(QStringLiteral("a"))] {
+                           ++connections;
+                           return bus;
+                       },
+        budget });
+    for (int i = 0; i < 2; ++i) {
+        budget->renew();
+        EXPECT_TRUE(onDemand.begin(bus, [](const BusCaller& caller) { return caller.isConnected(); }).result());
     }
     EXPECT_EQ(connections, 1);
 }
@@ -136,6 +191,15 @@ TEST(WaitBudgets, AreSpentOnceAndRenewed)
     EXPECT_EQ(budget.patience(), WaitBudget::whole * 4 / 5);
     EXPECT_FALSE(budget.hasFailed("a"));
     EXPECT_NE(budget.turn(), turn);
+}
+
+TEST(WaitBudgets, ATalkIsWaitedForALittleLongerThanItsQuestionsAndNoLongerThanThereIsTime)
+{
+    WaitBudget budget;
+    EXPECT_GT(budget.patienceWithTalk(), budget.patience());
+    EXPECT_LT(budget.patienceWithTalk(), WaitBudget::whole);
+    budget.spend(WaitBudget::whole - std::chrono::milliseconds(10));
+    EXPECT_LE(budget.patienceWithTalk(), std::chrono::milliseconds(10));
 }
 
 TEST(WaitBudgets, OfATalkIsWhatOneQuestionMayTake)

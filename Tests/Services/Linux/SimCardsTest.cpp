@@ -26,6 +26,7 @@ TEST(Iccids, AreDigitsWithoutTheFiller)
     EXPECT_EQ(plainIccid(""), "");
     EXPECT_EQ(plainIccid("F"), "");
     EXPECT_EQ(plainIccid("rubbish"), "");
+    EXPECT_EQ(plainIccid("8949020000012345678\nF"), "");
 }
 
 TEST(PhoneNumbers, AsPeopleOfTheRegionWriteThem)

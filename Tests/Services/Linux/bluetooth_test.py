@@ -58,6 +58,20 @@ class BluetoothTest(MachineTest):
             [("11:22:33:44:55:03",) * 2, ("Mine", "11:22:33:44:55:02"), ("Own", "11:22:33:44:55:01")],
         )
 
+    def test_control_characters_are_spaces(self):
+        self.add_adapter("hci0")
+        self.add_device("hci0", "11:22:33:44:55:01", "\x1b[2JNew\r\nline\u2029\x07")
+        blank = self.add_device("hci0", "11:22:33:44:55:02", "B")
+        self.update(blank, Name=GLib.Variant("s", "\x1b\n"), Alias=GLib.Variant("s", "Mine"))
+        self.assertEqual(self.devices(), [("[2JNew line", "11:22:33:44:55:01"), ("Mine", "11:22:33:44:55:02")])
+
+    def test_address_with_more_after_it_is_none(self):
+        self.add_adapter("hci0")
+        for number, end in enumerate(("\n", " ", "\n\n", ":00"), 1):
+            path = self.add_device("hci0", f"11:22:33:44:55:0{number}", "A")
+            self.update(path, Address=GLib.Variant("s", f"11:22:33:44:55:0{number}{end}"))
+        self.assertEqual(self.devices(), [])
+
     def test_three_adapters_and_a_device_of_two(self):
         for adapter in ("hci0", "hci1", "hci2"):
             self.add_adapter(adapter)

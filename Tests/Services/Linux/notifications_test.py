@@ -2,6 +2,7 @@
 
 import pathlib
 import re
+import signal
 import statistics
 import subprocess
 import time
@@ -119,6 +120,17 @@ class NotificationsTest(MachineTest):
         code, _, complaint = self.run_tandem("watch")
         self.assertEqual(code, 1)
         self.assertIn("no session bus", complaint)
+
+    def test_bus_that_hung_when_the_program_started_gets_what_is_posted_later(self):
+        watch = self.watch(support.CALLS_CHANGED)
+        self.session.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.session.process.send_signal, signal.SIGCONT)
+        driver = self.on_linux().open("calls")
+        self.session.process.send_signal(signal.SIGCONT)
+        # It has come back when it answers somebody.
+        self.session.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetId")
+        driver.ask("set", row="ShowSimSlectionForCalls", value=False)
+        self.assertEqual(watch.next(), support.CALLS_CHANGED)
 
     def test_example_of_the_documentation(self):
         [script] = re.findall(r"```python\n(.*?)```", MANUAL.read_text(), re.DOTALL)

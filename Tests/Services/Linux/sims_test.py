@@ -1,11 +1,12 @@
 """The SIMs of ModemManager and oFono on the SIM and Bluetooth pages."""
 
+import os
 import unittest
 import uuid
 
 from gi.repository import GLib
 
-from machine import MODEMMANAGER, MachineTest
+from machine import MODEMMANAGER, UNBOUNDED_SECONDS, MachineTest
 
 MODEM_SERVICE = "org.freedesktop.ModemManager1"
 MODEM_PATH = "/org/freedesktop/ModemManager1"
@@ -71,6 +72,11 @@ class ModemManagerTest(SimsTest):
         if number:
             self.control("SetOwnNumbers", "(sas)", modem, [number])
         return sim
+
+    def name_sims(self, lines):
+        folder = self.folder / "config" / "tandem"
+        folder.mkdir(parents=True)
+        (folder / "sim-names").write_text(lines)
 
     def test_no_modem(self):
         self.assertEqual(self.sims(), [])
@@ -193,13 +199,43 @@ class ModemManagerTest(SimsTest):
         )
 
     def test_names_of_the_user(self):
-        folder = self.folder / "config" / "tandem"
-        folder.mkdir(parents=True)
-        (folder / "sim-names").write_text(f"{key_of(FIRST)}=Work\n{SECOND} = Privé\n{THIRD}=\nnonsense\n")
+        self.name_sims(f"{key_of(FIRST)}=Work\n{SECOND} = Privé\n{THIRD}=\nnonsense\n")
         modem = self.add_modem(slots=3)
         for slot, iccid in enumerate((FIRST, SECOND, THIRD), 1):
             self.add_sim(modem, slot, iccid, name="Carrier")
         self.assertEqual([label for label, _, _ in self.sims()], ["Work", "Privé", "Carrier"])
+
+    def test_name_of_the_user_by_the_number_with_its_filler(self):
+        self.name_sims(f"{FIRST}F=Work\n{SECOND}f = Home\n")
+        modem = self.add_modem(slots=2)
+        self.add_sim(modem, 1, FIRST, name="Carrier")
+        self.add_sim(modem, 2, SECOND + "F", name="Carrier")
+        self.assertEqual([label for label, _, _ in self.sims()], ["Work", "Home"])
+
+    def test_names_that_are_no_file_are_not_read(self):
+        folder = self.folder / "config" / "tandem"
+        folder.mkdir(parents=True)
+        os.mkfifo(folder / "sim-names")
+        self.add_sim(self.add_modem(), name="Carrier")
+        code, shown, _ = self.run_tandem("--phone", "linux", "show", "sims", timeout=UNBOUNDED_SECONDS)
+        self.assertEqual(code, 0)
+        self.assertIn("Carrier", shown)
+
+    def test_control_characters_are_spaces(self):
+        modem = self.add_modem(slots=2)
+        self.add_sim(modem, 1, FIRST, name="\x1b[31mRed\n\x9b2J  \u2028One\x07", number="\x1b+49151\n12345678\x7f")
+        self.add_sim(modem, 2, SECOND, network="99999", name="\x1b\n")
+        self.assertEqual(
+            self.sims(),
+            [
+                ("[31mRed 2J One", key_of(FIRST), "[31mRed 2J One - +49 1511 2345678"),
+                ("SIM 2", key_of(SECOND), ""),
+            ],
+        )
+        self.control("Register", "(suss)", modem, HOME, TELEKOM, "\x1bNet\twork")
+        self.assertEqual(self.sims()[0][0], "Net work")
+        self.control("Register", "(suss)", modem, HOME, TELEKOM, "\x1b\n")
+        self.assertEqual(self.sims()[0][0], "[31mRed 2J One")
 
     def test_sims_that_change_while_the_page_is_open(self):
         modem = self.add_modem(slots=2)
@@ -274,6 +310,12 @@ class OfonoTest(SimsTest):
             self.marks_of_a_new_binding(),
             {key_of("893581234000000000000"): 3, key_of("893581234000000000001"): 0},
         )
+
+    def test_control_characters_are_spaces(self):
+        self.set_network("/ril_0", Status=GLib.Variant("s", "registered"), Name=GLib.Variant("s", "\x1bNet\nwork"))
+        self.set_sim("/ril_0", SubscriberNumbers=GLib.Variant("as", ["\x1b+4915112345678\n"]))
+        [(label, _, detail)] = self.sims()
+        self.assertEqual((label, detail), ("Net work", "Net work - +49 1511 2345678"))
 
     def test_absent_sim(self):
         self.set_sim("/ril_0", Present=GLib.Variant("b", False))

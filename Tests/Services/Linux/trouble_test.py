@@ -10,7 +10,8 @@ import unittest
 from gi.repository import GLib
 
 import modemmanager
-from machine import MODEMMANAGER, PORTAL, PORTAL_PATH, MachineTest
+import support
+from machine import MODEMMANAGER, PORTAL, PORTAL_PATH, UNBOUNDED_SECONDS, MachineTest
 
 SLOW_SECONDS = 0.3
 ALL_OBJECTS = "ret = {dbus.ObjectPath(p): objects[p].props for p in objects if p != '/'}"
@@ -23,6 +24,17 @@ BLUEZ = "org.bluez"
 MODEMS = "org.freedesktop.ModemManager1"
 MODEMS_PATH = "/org/freedesktop/ModemManager1"
 OFONO = "org.ofono"
+
+SYSTEM_ADDRESS = "DBUS_SYSTEM_BUS_ADDRESS"
+SESSION_ADDRESS = "DBUS_SESSION_BUS_ADDRESS"
+# What a bus says before it hangs.
+LAST_WORDS = {
+    "nothing": b"",
+    "one byte": b"O",
+    "rubbish": bytes(range(256)) * 20,
+    "a welcome": b"OK 0123456789abcdef0123456789abcdef\r\n",
+    "a welcome and half a message": b"OK 0123456789abcdef0123456789abcdef\r\nl\2\1\1\0\0\0\0",
+}
 
 RUBBISH = [
     ("s", "ret = 'rubbish'"),
@@ -126,6 +138,28 @@ class TroubleTest(MachineTest):
         print("all daemons answer after 300 ms: %.0f ms" % (1000 * seconds))
         self.seconds_to_open("sims", ["SIM 1", "Carrier", "Carrier Logo"])
 
+    def test_daemons_that_are_slow_do_not_empty_the_page_at_a_switch(self):
+        bluez = self.mock_template("bluez5", BLUEZ, "/")
+        self.add_device(bluez)
+        modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
+        self.add_sim(modems)
+        self.be_slow(bluez, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", ALL_OBJECTS)
+        self.be_slow(modems, OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", modemmanager.MANAGED_OBJECTS)
+
+        def attempt():
+            # The first binding of all asks for the SIMs before the devices.
+            shutil.rmtree(self.root, ignore_errors=True)
+            driver = self.on_linux().open("bluetooth")
+            start = time.monotonic()
+            driver.request("set", row=ADDRESS, value=True)
+            seconds = time.monotonic() - start
+            shown = [row["name"] for row in driver.rows() if row["name"]]
+            driver.close()
+            return seconds, shown
+
+        seconds = self.quickest(attempt, ["Car", "Default SIM", "Carrier"])
+        print("a switch while the daemons answer after 300 ms: %.0f ms" % (1000 * seconds))
+
     def test_daemon_that_hangs_does_not_keep_the_one_that_is_asked_next_from_answering(self):
         self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH).hang()
         self.mock_template("ofono", OFONO, "/")
@@ -216,6 +250,52 @@ class TroubleTest(MachineTest):
             code, _, complaints = self.run_tandem("--phone", "linux", "show", "bluetooth")
         self.assertEqual((code, complaints), (0, ""))
 
+    def each_faltering_bus(self, variable, attempt):
+        """What the attempt does when the variable has the address of a bus that hangs, for each way of hanging."""
+        for family in (socket.AF_UNIX, socket.AF_INET):
+            for name, words in LAST_WORDS.items():
+                with self.subTest(family=family, says=name):
+                    self.environment[variable] = self.start_faltering_bus(family, words)
+                    attempt()
+
+    def show_without_complaint(self, page):
+        shown = self.run_tandem("--phone", "linux", "show", page, timeout=UNBOUNDED_SECONDS)
+        self.assertEqual((shown[0], shown[2]), (0, ""))
+
+    def test_bus_of_the_machine_that_hangs_while_it_is_greeted(self):
+        def attempt():
+            self.show_without_complaint("bluetooth")
+            driver = self.on_linux().open("bluetooth")
+            self.assertEqual(driver.rows(), [])
+            driver.ask("back")
+            driver.open("calls")
+            for value in (False, True):
+                changed = driver.events("set", row="ShowSimSlectionForCalls", value=value)
+                self.assertIn(support.notification(support.CALLS_CHANGED), changed)
+            driver.close()
+
+        self.each_faltering_bus(SYSTEM_ADDRESS, attempt)
+
+    def test_bus_of_the_user_that_hangs_while_it_is_greeted(self):
+        self.each_faltering_bus(SESSION_ADDRESS, lambda: self.show_without_complaint("root"))
+
+    def test_addresses_of_a_bus_that_is_no_socket(self):
+        mark = self.folder / "started"
+        script = self.folder / "start"
+        script.write_text(f"#!/bin/sh\ntouch '{mark}'\n")
+        script.chmod(0o755)
+        for address in (f"unixexec:path={script}", "autolaunch:", "tcp:host=bus.example,port=1", "unix:", "rubbish", ";"):
+            for variable in (SYSTEM_ADDRESS, SESSION_ADDRESS):
+                with self.subTest(address=address, variable=variable):
+                    self.environment[variable] = address
+                    self.show_without_complaint("bluetooth")
+        self.assertFalse(mark.exists())
+
+    def test_bus_with_several_addresses_is_used_at_the_one_that_answers(self):
+        self.add_device(self.mock_template("bluez5", BLUEZ, "/"))
+        self.environment[SYSTEM_ADDRESS] = f"unix:path={self.folder}/nothing;{self.system.address}"
+        self.assertEqual(self.on_linux().open("bluetooth").rows()[0]["name"], "Car")
+
     def test_bus_that_hangs_while_a_page_is_open(self):
         driver = self.on_linux()
         driver.ask("rows")
@@ -224,6 +304,24 @@ class TroubleTest(MachineTest):
         with self.bounded():
             driver.open("sims")
         self.assertEqual(driver.rows(), [])
+
+    def test_bus_that_hung_when_it_was_first_needed_is_used_when_it_wakes(self):
+        self.add_sim(self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH))
+        driver = self.on_linux()
+        driver.ask("rows")
+        self.system.process.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.system.process.send_signal, signal.SIGCONT)
+        self.assertEqual(driver.open("sims").rows(), [])
+        self.system.process.send_signal(signal.SIGCONT)
+        driver.ask("back")
+
+        def attempt():
+            start = time.monotonic()
+            rows = driver.open("sims").rows()
+            driver.ask("back")
+            return time.monotonic() - start, [row["name"] for row in rows][:1]
+
+        self.quickest(attempt, ["SIM 1"])
 
 
 class RealDaemonsTest(TroubleTest):
