@@ -220,6 +220,7 @@ void SettingsHost::didPresent(const std::shared_ptr<UIViewController>& controlle
         for (const std::string& photo : _session->photos())
             photos.push_back(QString::fromStdString(photo));
     }
+    retireSheet();
     _sheet = std::make_shared<SheetModel>(controller, photos, *this);
     QQmlEngine::setObjectOwnership(_sheet.get(), QQmlEngine::CppOwnership);
     emit sheetChanged();
@@ -230,9 +231,15 @@ void SettingsHost::didDismiss(const std::shared_ptr<UIViewController>& controlle
 {
     if (!_sheet || _sheet->controller() != controller)
         return;
-    _goneSheets.push_back(std::exchange(_sheet, nullptr));
-    if (_goneSheets.size() > goneSheetsKept)
-        _goneSheets.erase(_goneSheets.begin());
+    retireSheet();
     emit sheetChanged();
     emit sceneChanged();
+}
+
+void SettingsHost::retireSheet()
+{
+    if (_sheet)
+        _goneSheets.push_back(std::exchange(_sheet, nullptr));
+    if (_goneSheets.size() > goneSheetsKept)
+        _goneSheets.erase(_goneSheets.begin());
 }

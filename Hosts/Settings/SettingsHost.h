@@ -76,6 +76,8 @@ private:
     void showNotice();
     void catchUp();
     void watchSettings();
+    /// The sheet goes, now or under another one.
+    void retireSheet();
     void followPalette();
     void followAppearance();
 

@@ -27,9 +27,9 @@ protected:
     }
 
     TemporaryDirectory folder;
-    PortalMail mail { QDBusConnection(QStringLiteral("none")),
-        std::make_shared<BackgroundActs>(std::make_shared<WaitBudget>()),
-        [this](const std::string& path) { return folder.path(path); } };
+    const std::shared_ptr<WaitBudget> budget = std::make_shared<WaitBudget>();
+    PortalMail mail { BusCaller(QDBusConnection(QStringLiteral("none")), budget),
+        std::make_shared<BackgroundActs>(budget), [this](const std::string& path) { return folder.path(path); } };
 
 private:
     QByteArray _path = qgetenv("PATH");
