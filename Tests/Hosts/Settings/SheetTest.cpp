@@ -191,6 +191,39 @@ protected:
     }
 };
 
+/// What comes up while a sheet is up already, as news of a mail that has failed does.
+class CoveredSheetTest : public WindowTest { };
+
+TEST_F(CoveredSheetTest, IsThereAgainAfterTheAlert)
+{
+    for (const Motion motion : { Motion::Reduced, Motion::Shown }) {
+        openWindow(motion);
+        openPage("TDSimSettingsController");
+        page().tap(indexOf("LOGO+" + personal));
+        settle();
+        ASSERT_TRUE(host().sheet());
+        host().turn([this] {
+            const auto alert = UIAlertController::alertControllerWithTitle_message_preferredStyle(
+                "Pairo", "News", UIAlertControllerStyle::Alert);
+            alert->addAction({ "OK", UIAlertActionStyle::Cancel, nullptr });
+            page().controller()->topmostViewController()->presentViewController_animated_completion(
+                alert, true, nullptr);
+        });
+        settle();
+        ASSERT_TRUE(host().sheet());
+        EXPECT_EQ(host().sheet()->kind(), SheetModel::Kind::Alert);
+        QTest::keyClick(_window.get(), Qt::Key_Return);
+        settle();
+        ASSERT_TRUE(host().sheet());
+        EXPECT_EQ(host().sheet()->kind(), SheetModel::Kind::Actions);
+        QTest::keyClick(_window.get(), Qt::Key_Escape);
+        settle();
+        EXPECT_FALSE(host().sheet());
+        EXPECT_EQ(page().title(), "SIM Settings");
+        closeWindow();
+    }
+}
+
 /// Photos by names that mean something else in addresses.
 class PhotoNamesTest : public WindowTest { };
 
