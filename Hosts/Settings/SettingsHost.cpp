@@ -86,7 +86,6 @@ void SettingsHost::turn(const std::function<void()>& act)
 
 void SettingsHost::startFollowing()
 {
-    watchSettings();
     connect(&_watcher, &QFileSystemWatcher::fileChanged, this, &SettingsHost::catchUp);
     connect(&_watcher, &QFileSystemWatcher::directoryChanged, this, &SettingsHost::catchUp);
     qGuiApp->installEventFilter(this);
@@ -107,9 +106,9 @@ void SettingsHost::watchSettings()
 
 void SettingsHost::catchUp()
 {
-    turn([this] { _session->showCompanions(); });
-    // A file that was replaced is another one to the watcher.
+    // A file that was replaced is another one to the watcher. First, so that nothing that changes meanwhile is missed.
     watchSettings();
+    turn([this] { _session->showCompanions(); });
 }
 
 bool SettingsHost::eventFilter(QObject* watched, QEvent* event)

@@ -65,8 +65,6 @@ TEST_F(CompanionsTest, LogoOfACarrier)
     const QString folder = _root.path() + "/var/mobile/Library/Preferences/Tandem";
     const bool made = QDir().mkpath(folder);
     ASSERT_TRUE(made);
-    // As it comes from other programs: a folder is watched from when it is there.
-    host().turn([] {});
     QImage logo(29, 29, QImage::Format_RGB32);
     logo.fill(Qt::red);
     ASSERT_TRUE(logo.save(folder + "/" + personal + ".png"));
