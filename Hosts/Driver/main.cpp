@@ -4,6 +4,7 @@
 #include "Driver/Printer.h"
 #include "Driver/Watch.h"
 #include "Shared/BundleLoader.h"
+#include "Shared/LeakCheck.h"
 
 #include <algorithm>
 #include <charconv>
@@ -152,14 +153,18 @@ int run(const CommandLine& line)
     return work(*session, line, { { "do", "set" }, { "value", valueWord(line.arguments[2]) } });
 }
 
+int run(const std::vector<std::string>& words)
+{
+    std::string error;
+    const auto line = CommandLine::parse(words, error);
+    return line ? run(*line) : fail(error + " (tandem help tells more)", exitUsage);
+}
+
 } // namespace
 
 int main(int argumentCount, char** arguments)
 {
-    std::string error;
-    const auto line = CommandLine::parse({ arguments + 1, arguments + argumentCount }, error);
-    if (!line)
-        return fail(error + " (tandem help tells more)", exitUsage);
-    const int code = run(*line);
+    const int code = run({ arguments + 1, arguments + argumentCount });
+    lookForLeaks();
     return std::cout.flush() ? code : fail("the standard output cannot be written to", exitFailure);
 }

@@ -3,6 +3,7 @@
 #include "WindowOptions.h"
 
 #include "Linux/BusCaller.h"
+#include "Shared/LeakCheck.h"
 
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -89,9 +90,7 @@ HostOptions hostOptions(const WindowOptions& options, std::optional<QTemporaryDi
     return host;
 }
 
-} // namespace
-
-int main(int argumentCount, char** arguments)
+int run(int argumentCount, char** arguments)
 {
     QString error;
     const auto options = WindowOptions::parse({ arguments + 1, arguments + argumentCount }, error);
@@ -131,4 +130,13 @@ int main(int argumentCount, char** arguments)
     if (window.status() == QQuickView::Error)
         return fail(QStringLiteral("the window cannot be made"), exitFailure);
     return options->pictures ? writePictures(window, *options) : showWindow(window, *options);
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments)
+{
+    const int code = run(argumentCount, arguments);
+    lookForLeaks();
+    return code;
 }

@@ -2,16 +2,18 @@
 
 #include "Linux/BusCaller.h"
 
-#include <QThreadPool>
-
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <memory>
 #include <mutex>
 #include <set>
 #include <string>
+#include <system_error>
+#include <thread>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 /// What a talk came to, and whether its daemon was absent, died or did not answer in time.
 template <typename Result>
@@ -87,7 +89,6 @@ public:
     explicit BusTalks(BusCaller bus)
         : _bus(std::move(bus))
     {
-        _threads.setMaxThreadCount(mostTalks);
     }
 
     /// `words` is called on another thread with a caller for it, whose whole patience is that of one question; it must
@@ -97,27 +98,51 @@ public:
     auto begin(const char* daemon, Words words)
     {
         using Result = std::invoke_result_t<Words, const BusCaller&>;
-        // What is started must be copyable, and a promise is not.
         const auto outcome = std::make_shared<std::promise<BusTalkOutcome<Result>>>();
         BusTalk<Result> talk(outcome->get_future(), _bus.budget(), daemon);
         if (_bus.budget()->hasFailed(daemon) || !_inTalk->add(daemon)) {
             outcome->set_value({ {}, true });
             return talk;
         }
-        _threads.start([outcome, daemon, words = std::move(words), bus = _bus.forTalk(), inTalk = _inTalk] {
-            auto end = endOf<Result>(words, bus, daemon);
-            // First, because whoever waits for the outcome may begin the next talk at once.
-            inTalk->remove(daemon);
-            outcome->set_value(std::move(end));
-        });
+        const bool isStarted =
+            start([outcome, daemon, words = std::move(words), bus = _bus.forTalk(), inTalk = _inTalk] {
+                auto end = endOf<Result>(words, bus, daemon);
+                // First, because whoever waits for the outcome may begin the next talk at once.
+                inTalk->remove(daemon);
+                outcome->set_value(std::move(end));
+            });
+        if (!isStarted) {
+            _inTalk->remove(daemon);
+            outcome->set_value({ {}, true });
+        }
         return talk;
     }
 
     const std::shared_ptr<WaitBudget>& budget() const { return _bus.budget(); }
 
 private:
-    /// More than there are daemons, and with each there is one at most: none waits for a thread.
-    static constexpr int mostTalks = 8;
+    /// Joined when it goes. The toolkit's own threads are not, and may still be ending when the process does.
+    struct Thread {
+        std::shared_ptr<std::atomic<bool>> hasEnded;
+        std::jthread thread;
+    };
+
+    /// False when the system has no thread left.
+    template <typename Work>
+    bool start(Work work)
+    {
+        std::erase_if(_threads, [](const Thread& thread) { return thread.hasEnded->load(); });
+        const auto hasEnded = std::make_shared<std::atomic<bool>>(false);
+        try {
+            _threads.push_back({ hasEnded, std::jthread([hasEnded, work = std::move(work)] {
+                                    work();
+                                    hasEnded->store(true);
+                                }) });
+        } catch (const std::system_error&) {
+            return false;
+        }
+        return true;
+    }
 
     template <typename Result, typename Words>
     static BusTalkOutcome<Result> endOf(const Words& words, const BusCaller& bus, const char* daemon)
@@ -133,6 +158,6 @@ private:
 
     BusCaller _bus;
     std::shared_ptr<DaemonsInTalk> _inTalk = std::make_shared<DaemonsInTalk>();
-    /// Waits for the talks that go on when it ends, each of which is bounded by its budget.
-    QThreadPool _threads;
+    /// Those under way are waited for when this ends; each is bounded by its budget.
+    std::vector<Thread> _threads;
 };
