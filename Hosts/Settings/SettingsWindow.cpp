@@ -2,6 +2,7 @@
 
 #include "ItemAccess.h"
 
+#include <QCoreApplication>
 #include <QQmlComponent>
 #include <QQuickItem>
 
@@ -51,8 +52,9 @@ SettingsWindow::SettingsWindow(std::shared_ptr<SettingsHost> host, std::unique_p
 
 SettingsWindow::~SettingsWindow()
 {
-    // The items ask the pages until they are gone, so they go first.
+    // The items ask the pages until they are gone, so they go first, those too that loaders let go later.
     setSource({});
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 bool SettingsWindow::event(QEvent* event)
