@@ -111,12 +111,13 @@ int run(int argumentCount, char** arguments)
     QGuiApplication::setApplicationName(QStringLiteral("tandem-settings"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Pairo"));
 
-    // The bus, fonts and the window's files are looked up beside this thread while it opens the phone.
-    const std::jthread lookingUp([isLinux = options->host.phone == HostOptions::linuxPhone] {
+    // The bus, fonts and the window's files are looked up beside this thread while it opens the phone, and fonts do not
+    // wait for the bus.
+    const std::jthread connecting([isLinux = options->host.phone == HostOptions::linuxPhone] {
         if (isLinux)
             sessionBus();
-        QFontDatabase::families();
     });
+    const std::jthread lookingUp([] { QFontDatabase::families(); });
     auto engine = SettingsWindow::loadingEngine();
     auto theme = themeFor(*options);
     // A text is made with this font before it gets its own; so no other family is ever loaded for it.
