@@ -27,8 +27,6 @@ constexpr double usualPoints = 17;
 constexpr const char* graphicsVariable = "QSG_RHI_BACKEND";
 /// Pictures have so many pixels a point.
 constexpr const char* pictureScale = "2";
-/// Where a phone's root has all that the pages change.
-constexpr const char* preferencesFolder = "/var/mobile/Library/Preferences";
 
 int fail(const QString& message, int code)
 {
@@ -83,9 +81,11 @@ HostOptions hostOptions(const WindowOptions& options, std::optional<QTemporaryDi
     const std::string own = std::exchange(host.root, scratch.emplace().path().toStdString());
     host.provision = true;
     if (!own.empty()) {
+        // All that the pages change is in there.
+        const std::string folder = SettingsFile::folder;
         std::error_code ignored;
-        fs::create_directories(host.root + preferencesFolder, ignored);
-        fs::copy(own + preferencesFolder, host.root + preferencesFolder, fs::copy_options::recursive, ignored);
+        fs::create_directories(host.root + folder, ignored);
+        fs::copy(own + folder, host.root + folder, fs::copy_options::recursive, ignored);
     }
     return host;
 }

@@ -1,12 +1,13 @@
 #include "Shared/CompanionFiles.h"
 
+#include "Shared/SettingsFile.h"
+
 #include <filesystem>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* folder = "/var/mobile/Library/Preferences";
 constexpr const char* bindings = "/var/mobile/Library/Preferences/com.vexil.tandem.bluetooth.plist";
 constexpr const char* logoFolder = "/var/mobile/Library/Preferences/Tandem";
 
@@ -14,7 +15,7 @@ constexpr const char* logoFolder = "/var/mobile/Library/Preferences/Tandem";
 
 std::vector<std::string> CompanionFiles::hostFolders() const
 {
-    return { _files->hostPath(folder), _files->hostPath(logoFolder) };
+    return { _files->hostPath(SettingsFile::folder), _files->hostPath(logoFolder) };
 }
 
 CompanionFiles::Stamps CompanionFiles::stamps() const

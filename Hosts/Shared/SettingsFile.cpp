@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr const char* preferencesDirectory = "/var/mobile/Library/Preferences";
 constexpr const char* tornSuffix = ".torn";
 constexpr auto lockTimeout = std::chrono::seconds(2);
 constexpr auto lockInterval = std::chrono::milliseconds(5);
@@ -44,11 +43,11 @@ SettingsFile::~SettingsFile()
 
 bool SettingsFile::provision(std::string& error)
 {
-    auto failure = _files->createDirectory(preferencesDirectory);
+    auto failure = _files->createDirectory(folder);
     if (!failure && !_files->exists(path))
         failure = _files->overwrite(path, emptySettings());
     if (failure)
-        error = _files->hostPath(preferencesDirectory) + ": " + failure->text;
+        error = _files->hostPath(folder) + ": " + failure->text;
     return !failure;
 }
 
@@ -73,7 +72,7 @@ std::optional<std::string> SettingsFile::repair()
 bool SettingsFile::lock()
 {
     if (_lock < 0)
-        _lock = open(_files->hostPath(preferencesDirectory).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        _lock = open(_files->hostPath(folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (_lock < 0)
         return false;
     const auto deadline = std::chrono::steady_clock::now() + lockTimeout;

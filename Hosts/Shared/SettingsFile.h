@@ -10,6 +10,7 @@
 /// at the same time.
 class SettingsFile {
 public:
+    static constexpr const char* folder = "/var/mobile/Library/Preferences";
     static constexpr const char* path = "/var/mobile/Library/Preferences/com.vexil.tandem.plist";
     static constexpr const char* goodCopyPath = "/var/mobile/Library/Preferences/.com.vexil.tandem.plist.good";
 

@@ -102,21 +102,30 @@ TEST_F(SecondTapTest, OnARowThatAsksLeavesTheQuestion)
     EXPECT_EQ(host().sheet()->kind(), SheetModel::Kind::Actions);
 }
 
-TEST_F(SecondTapTest, OnAPhotoLeavesTheCropAsItComes)
+TEST_F(SecondTapTest, OnAPhotoDoesNotPressTheButtonThatComesUpThere)
 {
+    // So many that one lies where the crop has its buttons.
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    ASSERT_TRUE(picture.save(_root.filePath("a.png")));
+    const Json description { { "photos", std::vector<std::string>(24, "a.png") },
+        { "subscriptions", { { { "uuid", personal.toStdString() }, { "label", "A" } } } } };
+    QFile phone(_root.filePath("phone.json"));
+    ASSERT_TRUE(phone.open(QIODevice::WriteOnly));
+    phone.write(QByteArray::fromStdString(description.dump()));
+    phone.close();
+    _phone = phone.fileName().toStdString();
     openWindow();
     openPage("TDSimSettingsController");
     page().tap(indexOf("LOGO+" + personal));
-    settle();
     host().sheet()->choose(0);
     settle();
-    QQuickItem* photo = findItem(_window->rootObject(),
-        [](const QQuickItem& item) { return item.inherits("QQuickImage") && item.property("status").toInt() == 1; });
-    ASSERT_TRUE(photo);
-    // Where the buttons of the crop are, at the bottom, there may be photos as well.
-    doubleClick(photo->mapToScene(photo->boundingRect().center()).toPoint());
+    // At the end of the lowest row, in the corner where "Choose" is then.
+    doubleClick({ _window->width() - 60, _window->height() - 40 });
     ASSERT_TRUE(host().sheet());
+    EXPECT_EQ(host().sheet()->kind(), SheetModel::Kind::Photos);
     EXPECT_TRUE(findButton(_window->rootObject(), "Choose"));
+    EXPECT_EQ(indexOf("LOGO"), -1);
 }
 
 TEST_F(SecondTapTest, OnASwitchTurnsItBack)
