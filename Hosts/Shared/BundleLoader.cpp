@@ -1,6 +1,6 @@
 #include "Shared/BundleLoader.h"
 
-#include "Common/DiskFiles.h"
+#include "Storage/DiskFiles.h"
 #include "Foundation/NSBundle.h"
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSString.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Common/DiskFiles.h"
+#include "Storage/DiskFiles.h"
 
 #include <map>
 #include <memory>

@@ -1,10 +1,10 @@
 #include "Shared/HostSession.h"
 
-#include "Common/LibplistPropertyLists.h"
-#include "Common/QtImages.h"
-#include "Common/StderrLog.h"
 #include "Foundation/NSNotificationCenter.h"
+#include "Pictures/QtImages.h"
 #include "Shared/BundleLoader.h"
+#include "Shared/StderrLog.h"
+#include "Storage/LibplistPropertyLists.h"
 #include "UIKit/UIImage.h"
 #include "libtandem/TDSettings.h"
 

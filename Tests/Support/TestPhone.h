@@ -1,9 +1,9 @@
 #pragma once
 
-#include "Common/DiskFiles.h"
-#include "Common/LibplistPropertyLists.h"
-#include "Common/QtImages.h"
+#include "Pictures/QtImages.h"
 #include "PreferencesUI/PSListController.h"
+#include "Storage/DiskFiles.h"
+#include "Storage/LibplistPropertyLists.h"
 #include "Support/Fakes.h"
 #include "UIKit/UIAlertController.h"
 

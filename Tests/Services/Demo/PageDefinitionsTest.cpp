@@ -1,5 +1,5 @@
-#include "Common/LibplistPropertyLists.h"
 #include "PreferencesUI/PSSpecifier.h"
+#include "Storage/LibplistPropertyLists.h"
 
 #include <filesystem>
 #include <fstream>

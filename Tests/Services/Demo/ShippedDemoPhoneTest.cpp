@@ -1,7 +1,7 @@
-#include "Common/LibplistPropertyLists.h"
-#include "Common/QtImages.h"
 #include "DemoFolder.h"
 #include "Foundation/NSKeyedArchiver.h"
+#include "Pictures/QtImages.h"
+#include "Storage/LibplistPropertyLists.h"
 #include "UIKit/UIImage.h"
 
 #include <fstream>

@@ -1,9 +1,9 @@
 #include "Linux/DesktopHomeScreen.h"
 
-#include "Common/LibplistPropertyLists.h"
-#include "Common/QtImages.h"
 #include "Foundation/NSKeyedArchiver.h"
 #include "Phone/Phone.h"
+#include "Pictures/QtImages.h"
+#include "Storage/LibplistPropertyLists.h"
 #include "TemporaryDirectory.h"
 #include "UIKit/UIImage.h"
 

@@ -1,4 +1,4 @@
-#include "Common/LibplistPropertyLists.h"
+#include "Storage/LibplistPropertyLists.h"
 
 #include "Runtime/NSObject.h"
 

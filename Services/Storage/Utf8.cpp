@@ -1,4 +1,4 @@
-#include "Common/Utf8.h"
+#include "Storage/Utf8.h"
 
 namespace {
 

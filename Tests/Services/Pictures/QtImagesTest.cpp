@@ -1,7 +1,7 @@
 #include "TemporaryDirectory.h"
 
-#include "Common/BigEndian.h"
-#include "Common/QtImages.h"
+#include "Pictures/QtImages.h"
+#include "Storage/BigEndian.h"
 
 #include <gtest/gtest.h>
 

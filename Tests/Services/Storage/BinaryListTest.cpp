@@ -1,8 +1,8 @@
 #include "BinaryListMaker.h"
 #include "TemporaryDirectory.h"
 
-#include "Common/BigEndian.h"
-#include "Common/LibplistPropertyLists.h"
+#include "Storage/BigEndian.h"
+#include "Storage/LibplistPropertyLists.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Common/QtImages.h"
+#include "Pictures/QtImages.h"
 
 #include <QBuffer>
 #include <QImage>

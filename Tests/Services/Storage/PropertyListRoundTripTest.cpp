@@ -1,7 +1,7 @@
 #include "Python.h"
 #include "TemporaryDirectory.h"
 
-#include "Common/LibplistPropertyLists.h"
+#include "Storage/LibplistPropertyLists.h"
 
 #include <gtest/gtest.h>
 

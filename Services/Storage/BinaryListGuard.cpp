@@ -1,7 +1,7 @@
-#include "Common/BinaryListGuard.h"
+#include "Storage/BinaryListGuard.h"
 
-#include "Common/BigEndian.h"
-#include "Common/PropertyListLimits.h"
+#include "Storage/BigEndian.h"
+#include "Storage/PropertyListLimits.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,12 +1,12 @@
-#include "Common/LibplistPropertyLists.h"
+#include "Storage/LibplistPropertyLists.h"
 
-#include "Common/BigEndian.h"
-#include "Common/BinaryListGuard.h"
-#include "Common/PropertyListLimits.h"
-#include "Common/Utf8.h"
-#include "Common/XmlListGuard.h"
 #include "Foundation/NSString.h"
 #include "Runtime/NSObject.h"
+#include "Storage/BigEndian.h"
+#include "Storage/BinaryListGuard.h"
+#include "Storage/PropertyListLimits.h"
+#include "Storage/Utf8.h"
+#include "Storage/XmlListGuard.h"
 
 #include <plist/plist.h>
 

@@ -1,7 +1,7 @@
 #include "Limits.h"
 #include "TemporaryDirectory.h"
 
-#include "Common/DiskFiles.h"
+#include "Storage/DiskFiles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Common/StderrLog.h"
+#include "Shared/StderrLog.h"
 
 #include <gtest/gtest.h>
 

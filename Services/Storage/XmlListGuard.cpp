@@ -1,7 +1,7 @@
-#include "Common/XmlListGuard.h"
+#include "Storage/XmlListGuard.h"
 
-#include "Common/PropertyListLimits.h"
-#include "Common/Utf8.h"
+#include "Storage/PropertyListLimits.h"
+#include "Storage/Utf8.h"
 
 #include <algorithm>
 #include <charconv>

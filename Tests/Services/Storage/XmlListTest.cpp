@@ -1,6 +1,6 @@
 #include "TemporaryDirectory.h"
 
-#include "Common/LibplistPropertyLists.h"
+#include "Storage/LibplistPropertyLists.h"
 
 #include <gtest/gtest.h>
 

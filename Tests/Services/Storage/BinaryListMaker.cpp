@@ -1,6 +1,6 @@
 #include "BinaryListMaker.h"
 
-#include "Common/BigEndian.h"
+#include "Storage/BigEndian.h"
 
 #include <string_view>
 

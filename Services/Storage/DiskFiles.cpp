@@ -1,4 +1,4 @@
-#include "Common/DiskFiles.h"
+#include "Storage/DiskFiles.h"
 
 #include <algorithm>
 #include <atomic>
