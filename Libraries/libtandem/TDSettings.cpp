@@ -6,8 +6,6 @@
 #include "Phone/Phone.h"
 #include "libtandem/TDLogFile.h"
 
-#include <chrono>
-
 NS_IMPLEMENTATION(TDSettings, NS_METHOD(reloadSettings))
 
 namespace {
@@ -18,41 +16,10 @@ constexpr const char* damagedSuffix = ".torn";
 constexpr const char* boundKey = "bound";
 constexpr const char* simKey = "sim";
 
-/// A file that was changed less than this ago may be changed once more without a trace in its stamp.
-constexpr std::chrono::seconds settlingTime { 1 };
-
-bool isSettled(const FileStamp& stamp)
-{
-    const std::chrono::system_clock::time_point modified { std::chrono::nanoseconds(stamp.modified) };
-    return std::chrono::system_clock::now() - modified > settlingTime;
-}
-
-/// The devices and their SIMs. Another process may bind a device at any time, so the file is looked at whenever one is
-/// asked for, and read where it has changed: a page asks for each of its devices.
-class Bindings {
-public:
-    Value of(const std::string& address)
-    {
-        const auto& files = Phone::current().files;
-        const auto stamp = files ? files->stamp(bindingsFile) : std::nullopt;
-        if (!stamp)
-            return {};
-        if (stamp != _stamp) {
-            _bindings = dictionaryWithContentsOfFile(bindingsFile).value_or(Dictionary());
-            _stamp = isSettled(*stamp) ? stamp : std::nullopt;
-        }
-        return valueForKey(_bindings, address);
-    }
-
-private:
-    std::optional<FileStamp> _stamp;
-    Dictionary _bindings;
-};
-
+/// Another process may bind a device at any time, so the file is looked at whenever one is asked for.
 Value bindingOf(const std::string& address)
 {
-    static Bindings bindings;
-    return bindings.of(address);
+    return cachedPropertyListInFile(bindingsFile)[address];
 }
 
 /// The bindings that are there. A file that holds none, though it holds something, is kept beside it before it is

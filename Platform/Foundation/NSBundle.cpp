@@ -64,10 +64,8 @@ std::string NSBundle::localizedStringForKey_value_table(
     const std::string file = (table.empty() ? std::string(defaultTable) : table) + ".strings";
     for (const std::string& language : Phone::current().languages) {
         const std::string folder = stringByAppendingPathComponent(_path, language + ".lproj");
-        const auto strings = dictionaryWithContentsOfFile(stringByAppendingPathComponent(folder, file));
-        if (!strings)
-            continue;
-        if (const auto* text = valueForKey(*strings, key).string())
+        const Value strings = cachedPropertyListInFile(stringByAppendingPathComponent(folder, file));
+        if (const auto* text = strings[key].string())
             return *text;
     }
     return value.empty() ? key : value;

@@ -5,7 +5,8 @@
 #include <optional>
 #include <string>
 
-/// A folder of resources: property lists, images and string tables. Nothing of it is cached.
+/// A folder of resources: property lists, images and string tables. A string table is read again only when it has
+/// changed.
 class NSBundle final : public NSObject {
     NS_CLASS(NSBundle, NSObject)
 public:

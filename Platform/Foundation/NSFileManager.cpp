@@ -1,5 +1,6 @@
 #include "Foundation/NSFileManager.h"
 
+#include "Foundation/FileCache.h"
 #include "Foundation/NSString.h"
 #include "Phone/Phone.h"
 
@@ -76,6 +77,12 @@ std::optional<Bytes> dataWithContentsOfFile(const std::string& path)
     return files ? files->read(path) : std::nullopt;
 }
 
+std::optional<FileStamp> stampOfFile(const std::string& path)
+{
+    const auto& files = Phone::current().files;
+    return files ? files->stamp(path) : std::nullopt;
+}
+
 bool writeToFile(const Bytes& data, const std::string& path, Atomically atomically)
 {
     const auto& files = Phone::current().files;
@@ -89,6 +96,15 @@ std::optional<Dictionary> dictionaryWithContentsOfFile(const std::string& path)
     const auto data = dataWithContentsOfFile(path);
     const Value root = data ? propertyListWithData(*data) : Value();
     return root.dictionary() ? std::optional(*root.dictionary()) : std::nullopt;
+}
+
+Value cachedPropertyListInFile(const std::string& path)
+{
+    static FileCache<Value> lists;
+    return lists.get(path, stampOfFile(path), [&] {
+        const auto data = dataWithContentsOfFile(path);
+        return data ? propertyListWithData(*data) : Value();
+    });
 }
 
 SerializedPropertyList dataWithPropertyList(const Value& value)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/NSError.h"
+#include "Phone/Files.h"
 
 #include <optional>
 #include <string>
@@ -22,6 +23,9 @@ public:
 /// The content of the file, or nothing when it cannot be read.
 std::optional<Bytes> dataWithContentsOfFile(const std::string& path);
 
+/// The state of the file, or nothing when it is missing.
+std::optional<FileStamp> stampOfFile(const std::string& path);
+
 enum class Atomically { No, Yes };
 
 /// True when the whole content stands in the file. Atomically goes by way of a temporary file; otherwise the file is
@@ -31,6 +35,10 @@ bool writeToFile(const Bytes& data, const std::string& path, Atomically atomical
 /// The dictionary at the root of the property list in that file; nothing when the file is missing, unreadable, no
 /// property list or one whose root is no dictionary.
 std::optional<Dictionary> dictionaryWithContentsOfFile(const std::string& path);
+
+/// The root of the property list in that file, of any type; null when there is none. Parsed once for each state of the
+/// file, so it suits files that are asked for often and change seldom.
+Value cachedPropertyListInFile(const std::string& path);
 
 /// A property list serialised, or the reason why it could not be.
 struct SerializedPropertyList {

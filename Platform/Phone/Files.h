@@ -20,6 +20,8 @@ struct FileStamp {
     std::int64_t size = 0;
     /// Nanoseconds since 1970.
     std::int64_t modified = 0;
+    /// The same for the last change of anything about the file, which no program can set back.
+    std::int64_t changed = 0;
 
     bool operator==(const FileStamp&) const = default;
 };

@@ -25,11 +25,9 @@ public:
     {
         PSPageDefinition page;
         const std::string path = stringByAppendingPathComponent(_bundle->bundlePath(), _name + ".plist");
-        const auto file = dictionaryWithContentsOfFile(path);
-        if (!file)
-            return page;
-        page.title = translated(valueForKey(*file, titleKey));
-        if (const auto* items = valueForKey(*file, itemsKey).array()) {
+        const Value file = cachedPropertyListInFile(path);
+        page.title = translated(file[titleKey]);
+        if (const auto* items = file[itemsKey].array()) {
             for (const Value& item : *items) {
                 if (item.dictionary())
                     page.rows.push_back(makeRow(*item.dictionary()));

@@ -1,5 +1,6 @@
 #include "UIKit/UIImage.h"
 
+#include "Foundation/FileCache.h"
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSKeyedArchiver.h"
 #include "Foundation/NSString.h"
@@ -77,6 +78,17 @@ void blendAt(const Bitmap& source, Bitmap& destination, int left, int top)
     }
 }
 
+/// The image in that file, read again only when the file has changed: pages ask for their icons whenever they build
+/// their rows.
+std::shared_ptr<UIImage> imageOfBundle(const std::string& path, double scale)
+{
+    static FileCache<std::shared_ptr<UIImage>> images;
+    return images.get(path, stampOfFile(path), [&] {
+        auto data = dataWithContentsOfFile(path);
+        return data ? UIImage::imageWithData(std::move(*data), scale) : nullptr;
+    });
+}
+
 constexpr double greatestExtent = 32767;
 
 /// A width or height in pixels; 0 for what is no number.
@@ -131,10 +143,8 @@ std::shared_ptr<UIImage> UIImage::imageNamed_inBundle(const std::string& name, c
     const auto scale = static_cast<long>(std::ceil(UIScreen::mainScreenScale()));
     for (const long candidate : { scale, 2L, 3L, 1L }) {
         const std::string suffix = candidate > 1 ? stringWithFormat("@%ldx.png", { candidate }) : ".png";
-        auto data = dataWithContentsOfFile(stringByAppendingPathComponent(bundle.bundlePath(), name + suffix));
-        if (!data)
-            continue;
-        if (auto image = imageWithData(std::move(*data), static_cast<double>(candidate)))
+        const std::string path = stringByAppendingPathComponent(bundle.bundlePath(), name + suffix);
+        if (auto image = imageOfBundle(path, static_cast<double>(candidate)))
             return image;
     }
     return nullptr;

@@ -3,6 +3,7 @@
 #include "Demo/DemoFile.h"
 #include "Demo/PhoneNumberGroups.h"
 #include "Foundation/NSKeyedArchiver.h"
+#include "Storage/DiskFiles.h"
 #include "UIKit/UIImage.h"
 
 namespace {
@@ -10,6 +11,7 @@ namespace {
 constexpr const char* iconService = "com.vexil.tandem";
 constexpr const char* iconMessage = "com.vexil.tandem.app.icon";
 constexpr const char* messageData = "TDServiceMessageData";
+constexpr const char* machineRoot = "/";
 constexpr std::size_t largestPicture = 16U << 20U;
 
 } // namespace
@@ -28,13 +30,19 @@ Value DemoHomeScreen::ask(const std::string& service, const std::string& message
     return icon.isNull() ? Value() : Value(Dictionary { { messageData, icon } });
 }
 
-Value DemoHomeScreen::archivedIcon(const std::string& app) const
+Value DemoHomeScreen::archivedIcon(const std::string& app)
 {
     const auto picture = _pictures.find(app);
     if (picture == _pictures.end())
         return {};
+    const std::string& file = picture->second;
+    return _archives.get(file, DiskFiles(machineRoot).stamp(file), [&] { return archiveOfPicture(file); });
+}
+
+Value DemoHomeScreen::archiveOfPicture(const std::string& file) const
+{
     std::string problem;
-    auto bytes = contentOfFile(picture->second, largestPicture, problem);
+    auto bytes = contentOfFile(file, largestPicture, problem);
     const auto icon = bytes ? UIImage::imageWithData(std::move(*bytes), _scale) : nullptr;
     auto archive = icon ? NSKeyedArchiver::archivedDataWithRootObject(icon) : std::nullopt;
     return archive ? Value(std::move(*archive)) : Value();

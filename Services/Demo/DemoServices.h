@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/FileCache.h"
 #include "Phone/Phone.h"
 
 #include <deque>
@@ -59,7 +60,8 @@ private:
     std::vector<Subscription> _subscriptions;
 };
 
-/// Answers for the icons of the apps it knows, each from a picture file that is read when it is asked for.
+/// Answers for the icons of the apps it knows, each from a picture file that is read when it is first asked for, and
+/// again only when it has changed.
 class DemoHomeScreen final : public HomeScreen {
 public:
     /// The pictures are absolute paths by app; `scale` is their number of pixels a point.
@@ -73,10 +75,13 @@ public:
     Value ask(const std::string& service, const std::string& message, const Value& userInfo) override;
 
 private:
-    Value archivedIcon(const std::string& app) const;
+    Value archivedIcon(const std::string& app);
+    /// Null for a file that holds no picture.
+    Value archiveOfPicture(const std::string& file) const;
 
     std::map<std::string, std::string> _pictures;
     double _scale;
+    FileCache<Value> _archives;
 };
 
 /// Notifications inside this process. One that is posted by a handler waits until those before it have been delivered.
