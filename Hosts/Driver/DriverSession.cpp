@@ -61,7 +61,7 @@ Json jsonOfRow(PSListController& page, std::size_t index)
     json["value"] = row->isGroup() ? Json() : jsonOf(row->performGetter());
     json["enabled"] = enabled.isNull() || enabled.boolValue();
     json["icon"] = row->propertyForKey(PSProperty::iconImage).as<UIImage>() != nullptr;
-    json["footer"] = property(PSProperty::footerText);
+    json["footer"] = row->isGroup() ? jsonOf(page.footerOfGroup(row)) : property(PSProperty::footerText);
     json["notification"] = property(PSProperty::postNotification);
     return json;
 }

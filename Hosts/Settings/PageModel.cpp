@@ -278,7 +278,7 @@ QString PageModel::footerAbove(int index) const
     for (int above = std::min(index, static_cast<int>(_rows.size())) - 1; above >= 0; --above) {
         const Row& row = _rows[static_cast<std::size_t>(above)];
         if (row->isGroup())
-            return textOf(row->propertyForKey(PSProperty::footerText).optionalString()).trimmed();
+            return textOf(_list->footerOfGroup(row)).trimmed();
     }
     return {};
 }

@@ -4,6 +4,7 @@
 #include "Foundation/NSString.h"
 #include "Phone/Phone.h"
 #include "UIKit/UIAlertController.h"
+#include "libvexil/VXFooterText.h"
 #include "libvexil/VXLogMask.h"
 
 #include <algorithm>
@@ -160,18 +161,15 @@ void VXMiscSettingsViewController::viewDidLoad()
 void VXMiscSettingsViewController::viewDidAppear()
 {
     Super::viewDidAppear();
-    if (!std::exchange(_hasAppeared, true))
-        rowsWereBuilt();
+    _hasAppeared = true;
 }
 
-void VXMiscSettingsViewController::rowsWereBuilt()
+std::optional<std::string> VXMiscSettingsViewController::footerOfGroup(const Row& group)
 {
-    const Row footer = _hasAppeared ? copyRightSpecifier() : nullptr;
-    if (!footer)
-        return;
-    if (!_footerText)
-        _footerText = copryRightSpecifierText(currentYear());
-    footer->setProperty_forKey(*_footerText, PSProperty::footerText);
+    if (!_hasAppeared || !group || group != copyRightSpecifier())
+        return Super::footerOfGroup(group);
+    return sharedFooterText(NSBundle::bundleForClass(isa())->bundlePath(), currentYear(),
+        [this](long year) { return copryRightSpecifierText(year); });
 }
 
 void VXMiscSettingsViewController::showError(const std::string& message)

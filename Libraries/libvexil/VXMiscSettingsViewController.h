@@ -18,7 +18,8 @@ public:
     virtual std::shared_ptr<UIImage> twitterImage() = 0;
     /// The group that carries the footer; null for a page without one.
     virtual Row copyRightSpecifier() = 0;
-    /// The footer's text in that year. Asked once a page, when it stands on the screen.
+    /// The footer's text in that year. Called when a footer is shown, once for all pages of the product, and again only
+    /// when the machine's packages have changed.
     virtual std::string copryRightSpecifierText(long year) = 0;
 
     // Hooks that a page may answer.
@@ -49,9 +50,8 @@ public:
     const Rows& specifiers() override;
     void viewDidLoad() override;
     void viewDidAppear() override;
-
-protected:
-    void rowsWereBuilt() override;
+    /// The product's footer below the group that carries it, as soon as the page stands on the screen.
+    std::optional<std::string> footerOfGroup(const Row& group) override;
 
 private:
     enum class Masking { On, Off };
@@ -63,6 +63,4 @@ private:
 
     /// The footer waits for this, because asking for the version starts a process.
     bool _hasAppeared = false;
-    /// Kept for the rebuilds of the page for the same reason.
-    std::optional<std::string> _footerText;
 };

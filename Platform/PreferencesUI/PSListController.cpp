@@ -83,7 +83,6 @@ void PSListController::reloadSpecifiers()
     _sections.reset();
     try {
         specifiers();
-        rowsWereBuilt();
     } catch (...) {
         _specifiers = std::move(before);
         _sections.reset();
@@ -150,6 +149,11 @@ Row PSListController::groupOfSection(std::size_t section)
     return section < sections().size() ? sections()[section].group : nullptr;
 }
 
+std::optional<std::string> PSListController::footerOfGroup(const Row& group)
+{
+    return group ? group->propertyForKey(PSProperty::footerText).optionalString() : std::nullopt;
+}
+
 void PSListController::insertSpecifier_atIndex_animated(const Row& row, std::size_t index, bool animated)
 {
     if (!_specifiers || !row)
@@ -205,7 +209,6 @@ void PSListController::setPreferenceValue_specifier(const Value& value, const Ro
 void PSListController::viewDidLoad()
 {
     specifiers();
-    rowsWereBuilt();
 }
 
 void PSListController::traitCollectionDidChange()

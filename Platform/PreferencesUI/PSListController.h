@@ -34,6 +34,9 @@ public:
     std::size_t sectionForIndex(std::size_t index);
     /// The group that heads the section; null for the section of the rows that stand before the first group.
     Row groupOfSection(std::size_t section);
+    /// The text below the group of that row; nothing where there is none. Called by hosts when they show or print it,
+    /// so a page may give a text that takes long to find.
+    virtual std::optional<std::string> footerOfGroup(const Row& group);
 
     /// Both do nothing before the rows are built, and raise std::out_of_range for an index that is not in the list.
     void insertSpecifier_atIndex_animated(const Row& row, std::size_t index, bool animated);
@@ -68,8 +71,6 @@ public:
     void tableView_didSelectRowAtIndexPath(UITableView& table, NSIndexPath path) override;
 
 protected:
-    /// Called after the rows were built or rebuilt, before they are shown.
-    virtual void rowsWereBuilt() { }
     /// The row of an index path. Raises std::out_of_range when there is none.
     const Row& rowAt(NSIndexPath path) { return specifierAtIndex(indexForRow_inGroup(path.row, path.section)); }
 

@@ -2,6 +2,8 @@
 #include "libvexil/VXMiscSettingsViewController.h"
 
 #include <chrono>
+#include <cstdlib>
+#include <fstream>
 
 namespace {
 
@@ -14,6 +16,31 @@ long currentYear()
     const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
     return static_cast<int>(std::chrono::year_month_day(today).year());
 }
+
+/// A package database of its own while it lives.
+class PackageDatabase {
+public:
+    PackageDatabase()
+    {
+        change();
+        setenv("DPKG_ADMINDIR", _folder.path().c_str(), 1);
+    }
+    ~PackageDatabase() { unsetenv("DPKG_ADMINDIR"); }
+    PackageDatabase(const PackageDatabase&) = delete;
+    PackageDatabase& operator=(const PackageDatabase&) = delete;
+
+    /// As the package manager does it: a new file in the place of the old one.
+    void change()
+    {
+        std::ofstream(_folder.path() / "status-new") << std::string(++_length, '\n');
+        std::filesystem::rename(_folder.path() / "status-new", _folder.path() / "status");
+    }
+    void remove() { std::filesystem::remove(_folder.path() / "status"); }
+
+private:
+    TemporaryDirectory _folder;
+    std::size_t _length = 0;
+};
 
 /// A page of the product, which answers every hook as the test wants.
 class ProductPage final : public VXMiscSettingsViewController {
@@ -75,12 +102,13 @@ protected:
         navigation->pushViewController_animated(opened, false);
         screen->lines.clear();
     }
-    Value footer() const { return page->specifiers().back()->propertyForKey(PSProperty::footerText); }
+    std::optional<std::string> footer() const { return page->footerOfGroup(page->specifiers().back()); }
     std::shared_ptr<UIAlertController> alert() const
     {
         return std::dynamic_pointer_cast<UIAlertController>(page->presentedViewController());
     }
 
+    PackageDatabase packages;
     TestPhone phone { ProductPage::classObject() };
     const std::shared_ptr<ScreenRecorder> screen = std::make_shared<ScreenRecorder>();
     const std::shared_ptr<UINavigationController> navigation = std::make_shared<UINavigationController>();
@@ -126,10 +154,19 @@ TEST_F(PageBase, ShowsTheFooterOfThisYear)
 {
     const long before = currentYear();
     open(page);
-    EXPECT_EQ(footer(), Value("footer 1"));
+    EXPECT_EQ(footer(), "footer 1");
     ASSERT_EQ(page->yearsAsked.size(), 1U);
     EXPECT_GE(page->yearsAsked[0], before);
     EXPECT_LE(page->yearsAsked[0], currentYear());
+}
+
+TEST_F(PageBase, AsksForNoFooterThatIsNotShown)
+{
+    open(page);
+    page->reloadSpecifiers();
+    EXPECT_EQ(page->footerOfGroup(page->specifiers().front()), std::nullopt);
+    EXPECT_EQ(page->footerOfGroup(nullptr), std::nullopt);
+    EXPECT_EQ(page->yearsAsked, std::vector<long> {});
 }
 
 TEST_F(PageBase, AsksForTheFooterOnceAndShowsItAfterEveryReload)
@@ -137,32 +174,52 @@ TEST_F(PageBase, AsksForTheFooterOnceAndShowsItAfterEveryReload)
     open(page);
     for (int i = 0; i < 3; ++i) {
         page->reloadSpecifiers();
-        EXPECT_EQ(footer(), Value("footer 1"));
+        EXPECT_EQ(footer(), "footer 1");
     }
     EXPECT_EQ(page->yearsAsked.size(), 1U);
 }
 
-TEST_F(PageBase, AsksForTheFooterWhenThePageStandsOnTheScreen)
+TEST_F(PageBase, ShowsTheFooterThatAnotherPageOfTheProductHasAskedFor)
+{
+    open(page);
+    footer();
+    const auto other = std::make_shared<ProductPage>();
+    open(other);
+    EXPECT_EQ(other->footerOfGroup(other->specifiers().back()), "footer 1");
+    EXPECT_EQ(other->yearsAsked, std::vector<long> {});
+}
+
+TEST_F(PageBase, AsksForTheFooterAgainWhenThePackagesHaveChanged)
+{
+    open(page);
+    EXPECT_EQ(footer(), "footer 1");
+    packages.change();
+    EXPECT_EQ(footer(), "footer 2");
+    EXPECT_EQ(footer(), "footer 2");
+    packages.remove();
+    EXPECT_EQ(footer(), "footer 3");
+    EXPECT_EQ(footer(), "footer 3");
+}
+
+TEST_F(PageBase, ShowsTheFooterWhenThePageStandsOnTheScreen)
 {
     screen->showsLater = true;
     open(page);
-    page->reloadSpecifiers();
-    EXPECT_EQ(footer(), Value());
+    EXPECT_EQ(footer(), std::nullopt);
     EXPECT_EQ(page->yearsAsked, std::vector<long> {});
     navigation->topPageIsShown();
-    EXPECT_EQ(footer(), Value("footer 1"));
-    navigation->topPageIsShown();
-    EXPECT_EQ(page->yearsAsked.size(), 1U);
+    EXPECT_EQ(page->yearsAsked, std::vector<long> {});
+    EXPECT_EQ(footer(), "footer 1");
 }
 
 TEST_F(PageBase, ShowsAFooterThatComesWithAReload)
 {
     phone.writePage("Page", plainItems({ "row" }));
     open(page);
-    EXPECT_EQ(page->yearsAsked, std::vector<long> {});
+    EXPECT_EQ(footer(), std::nullopt);
     phone.writePage("Page", { item("PSGroupCell", "CopyRightHeader") });
     page->reloadSpecifiers();
-    EXPECT_EQ(footer(), Value("footer 1"));
+    EXPECT_EQ(footer(), "footer 1");
 }
 
 TEST_F(PageBase, AnswersTheHooksBySelector)
@@ -174,7 +231,7 @@ TEST_F(PageBase, AnswersTheHooksBySelector)
     EXPECT_EQ(page->performSelector("twitterMessage"), Value("message"));
     EXPECT_EQ(page->performSelector("twitterImage"), Value(page->image));
     EXPECT_EQ(page->performSelector("copyRightSpecifier"), Value(page->specifiers().back()));
-    EXPECT_EQ(page->performSelector("copryRightSpecifierText:", 1999), Value("footer 2"));
+    EXPECT_EQ(page->performSelector("copryRightSpecifierText:", 1999), Value("footer 1"));
     EXPECT_EQ(page->yearsAsked.back(), 1999);
     EXPECT_EQ(page->performSelector("specifiersFileName"), Value("Page"));
     EXPECT_EQ(page->performSelector("serviceName"), Value("com.vexil.product"));

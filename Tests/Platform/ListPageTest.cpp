@@ -34,9 +34,6 @@ public:
         return Super::readPreferenceValue(row);
     }
     void act(const Row& row) { calls.push_back("act " + row->identifier().value_or("-")); }
-
-protected:
-    void rowsWereBuilt() override { calls.emplace_back("built"); }
 };
 
 /// A page that a row may open, and one that cannot be made, and one that raises while it loads.
@@ -282,10 +279,8 @@ TEST_F(ListPages, BuildTheirRowsOnceWhenTheyLoad)
     };
     page->initForContentSize(size);
     page->specifiers();
-    EXPECT_EQ(page->calls, Strings {});
     page->loadViewIfNeeded();
     page->specifiers();
-    EXPECT_EQ(page->calls, Strings { "built" });
     EXPECT_EQ(builds, 1);
 }
 
@@ -296,7 +291,6 @@ TEST_F(ListPages, ReloadBuildsTheRowsAgainAndShowsThem)
     page->build = [this] { return rowsOf({ "G1", "a" }); };
     page->performSelector("reloadSpecifiers");
     EXPECT_EQ(sections(), "G1(a)");
-    EXPECT_EQ(page->calls, Strings { "built" });
     EXPECT_EQ(screen->lines, Strings { "reload" });
     EXPECT_NE(cellAt({ 0, 0 }), before);
 }

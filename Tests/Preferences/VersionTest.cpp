@@ -81,6 +81,11 @@ protected:
             phone.writePage(page, Array { item("PSGroupCell", "first"), item("PSGroupCell", "CopyRightHeader") });
     }
 
+    static std::optional<std::string> footerOf(PSListController& page)
+    {
+        return page.footerOfGroup(rowOf(page, "CopyRightHeader"));
+    }
+
     void giveBundleVersion(const Value& version)
     {
         phone.writePropertyList(stringByAppendingPathComponent(TestPhone::bundlePath, "Root.plist"),
@@ -168,20 +173,20 @@ TEST_F(Version, EveryPageGetsAFooterWithTheVersionAndTheCurrentYear)
 {
     PackageDatabase packages;
     packages.install("com.vexil.tandem", "7");
-    const Value expected("Version 7 © " + thisYear() + " Vexil. All rights reserved.");
-    EXPECT_EQ(rowOf(*openRoot(), "CopyRightHeader")->propertyForKey("footerText"), expected);
-    EXPECT_EQ(rowOf(*open<TDCallsSettingsController>(), "CopyRightHeader")->propertyForKey("footerText"), expected);
-    EXPECT_EQ(rowOf(*open<TDMessagesSettingsController>(), "CopyRightHeader")->propertyForKey("footerText"), expected);
-    EXPECT_EQ(rowOf(*open<TDMiscSettingsController>(), "CopyRightHeader")->propertyForKey("footerText"), expected);
+    const std::string expected = "Version 7 © " + thisYear() + " Vexil. All rights reserved.";
+    EXPECT_EQ(footerOf(*openRoot()), expected);
+    EXPECT_EQ(footerOf(*open<TDCallsSettingsController>()), expected);
+    EXPECT_EQ(footerOf(*open<TDMessagesSettingsController>()), expected);
+    EXPECT_EQ(footerOf(*open<TDMiscSettingsController>()), expected);
 }
 
 TEST_F(Version, FooterSurvivesARebuildOfTheRows)
 {
     const auto page = open<TDCallsSettingsController>();
-    const Value footer = rowOf(*page, "CopyRightHeader")->propertyForKey("footerText");
+    const auto footer = footerOf(*page);
     page->reloadSpecifiers();
-    EXPECT_EQ(rowOf(*page, "CopyRightHeader")->propertyForKey("footerText"), footer);
-    EXPECT_TRUE(footer.string());
+    EXPECT_EQ(footerOf(*page), footer);
+    EXPECT_TRUE(footer);
 }
 
 TEST_F(Version, PageWithoutTheFooterRowHasNoFooter)
@@ -189,7 +194,7 @@ TEST_F(Version, PageWithoutTheFooterRowHasNoFooter)
     phone.writePage("Calls", plainItems({ "a", "b" }));
     const auto page = open<TDCallsSettingsController>();
     EXPECT_EQ(page->copyRightSpecifier(), nullptr);
-    EXPECT_EQ(rowOf(*page, "a")->propertyForKey("footerText"), Value());
+    EXPECT_EQ(page->footerOfGroup(rowOf(*page, "a")), std::nullopt);
 }
 
 TEST_F(Version, HooksAnswerBySelectorToo)
