@@ -8,7 +8,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* bindings = "/var/mobile/Library/Preferences/com.vexil.tandem.bluetooth.plist";
 constexpr const char* logoFolder = "/var/mobile/Library/Preferences/Tandem";
 
 } // namespace
@@ -25,7 +24,7 @@ CompanionFiles::Stamps CompanionFiles::stamps() const
         if (const auto stamp = _files->stamp(path))
             stamps.emplace(path, *stamp);
     };
-    add(bindings);
+    add(bindingsPath);
     std::error_code error;
     for (fs::directory_iterator logo(_files->hostPath(logoFolder), error), end; !error && logo != end;
          logo.increment(error))

@@ -75,7 +75,8 @@ std::unique_ptr<HostSession> HostSession::open(
         return nullptr;
 
     phone.propertyLists = std::make_shared<LibplistPropertyLists>();
-    phone.files = session->_files;
+    phone.files = session->_turnFiles = std::make_shared<TurnFiles>(
+        session->_files, std::vector<std::string> { SettingsFile::path, CompanionFiles::bindingsPath });
     phone.images = std::make_shared<QtImages>();
     if (!phone.systemLog)
         phone.systemLog = std::make_shared<StderrLog>();
@@ -86,7 +87,7 @@ std::unique_ptr<HostSession> HostSession::open(
         phone.appearance = session->_appearance = std::make_shared<ChosenAppearance>(phone.appearance);
     Phone::setCurrent(std::move(phone));
 
-    session->_settingsFile = std::make_unique<SettingsFile>(session->_files);
+    session->_settingsFile = std::make_unique<SettingsFile>(session->_turnFiles);
     session->_companions = std::make_unique<CompanionFiles>(session->_files);
     if (options.provision && !session->provision(error))
         return nullptr;
@@ -158,6 +159,7 @@ std::optional<std::string> HostSession::turn(const std::function<void()>& act)
     if (_linuxPhone)
         _linuxPhone->beginTurn();
     _settingsFile->lock();
+    _turnFiles->beginTurn();
     try {
         if (_companions->hasChanged())
             _hasStaleCompanions = true;
@@ -179,6 +181,7 @@ HostSession::TurnEnd::~TurnEnd()
     session._companions->note();
     if (session._options.provision)
         file.keepGoodCopy();
+    session._turnFiles->endTurn();
     file.unlock();
     UIGraphicsDrainImageContexts();
     if (session._linuxPhone)

@@ -77,6 +77,7 @@ private:
 
     HostOptions _options;
     std::shared_ptr<DiskFiles> _files;
+    std::shared_ptr<TurnFiles> _turnFiles;
     /// One of the two, as the user chose.
     std::unique_ptr<DemoPhone> _demoPhone;
     std::unique_ptr<LinuxPhone> _linuxPhone;

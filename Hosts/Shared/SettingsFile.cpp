@@ -1,5 +1,6 @@
 #include "Shared/SettingsFile.h"
 
+#include "Foundation/FileCache.h"
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSString.h"
 
@@ -101,14 +102,17 @@ std::size_t SettingsFile::digest() const
 
 bool SettingsFile::hasChanged() const
 {
-    // The clock of a file may go in steps of some milliseconds: two writes of the same length within one of them leave
-    // the same stamp.
-    return _files->stamp(path) != _noted || digest() != _notedDigest;
+    const bool isKnown = _notedIsSettled && _files->stamp(path) == _noted;
+    return !isKnown && digest() != _notedDigest;
 }
 
 void SettingsFile::noteContent()
 {
-    _noted = _files->stamp(path);
+    const auto stamp = _files->stamp(path);
+    if (stamp == _noted && _notedIsSettled)
+        return;
+    _noted = stamp;
+    _notedIsSettled = !stamp || isSettled(*stamp);
     _notedDigest = digest();
 }
 

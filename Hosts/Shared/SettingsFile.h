@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Storage/DiskFiles.h"
+#include "Shared/TurnFiles.h"
 
 #include <optional>
 #include <string>
@@ -14,7 +14,7 @@ public:
     static constexpr const char* path = "/var/mobile/Library/Preferences/com.vexil.tandem.plist";
     static constexpr const char* goodCopyPath = "/var/mobile/Library/Preferences/.com.vexil.tandem.plist.good";
 
-    explicit SettingsFile(std::shared_ptr<DiskFiles> files)
+    explicit SettingsFile(std::shared_ptr<TurnFiles> files)
         : _files(std::move(files))
     {
     }
@@ -34,7 +34,8 @@ public:
     bool lock();
     void unlock();
 
-    /// True when the file is another one, or has other content, than when noteContent was last called.
+    /// True when the file holds something else than when noteContent was last called. It is read only where its stamp
+    /// leaves that open.
     bool hasChanged() const;
     void noteContent();
     /// Keeps a copy of the content that was noted last, if it is whole and not the one that was copied last.
@@ -44,8 +45,10 @@ private:
     /// Of the content; zero when there is none.
     std::size_t digest() const;
 
-    std::shared_ptr<DiskFiles> _files;
+    std::shared_ptr<TurnFiles> _files;
     std::optional<FileStamp> _noted;
+    /// The content cannot have changed since without another stamp.
+    bool _notedIsSettled = true;
     std::size_t _notedDigest = 0;
     std::size_t _copiedDigest = 0;
     int _lock = -1;

@@ -271,15 +271,21 @@ std::optional<FileStamp> DiskFiles::stamp(const std::string& path) const
     struct stat status { };
     if (checkPath(path) != 0 || stat(hostPath(path).c_str(), &status) != 0)
         return std::nullopt;
-    return FileStamp { status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim) };
+    return FileStamp { status.st_dev, status.st_ino, status.st_size, nanoseconds(status.st_mtim),
+        nanoseconds(status.st_ctim) };
 }
 
 std::optional<FileError> DiskFiles::overwrite(const std::string& path, const Bytes& bytes)
 {
+    return overwrite(path, bytes, read(path));
+}
+
+std::optional<FileError> DiskFiles::overwrite(
+    const std::string& path, const Bytes& bytes, const std::optional<Bytes>& oldBytes)
+{
     if (const int error = checkPath(path))
         return fileError(error);
     const std::string target = hostPath(path);
-    const auto oldBytes = readFile(target);
     Descriptor file = openFile(target, O_WRONLY);
     const bool isNew = !file.isOpen() && errno == ENOENT;
     if (isNew)

@@ -21,6 +21,10 @@ public:
     std::optional<Bytes> read(const std::string& path) const override;
     std::optional<FileStamp> stamp(const std::string& path) const override;
     std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) override;
+    /// The same for a caller that has just read the file, whose content is then not read once more. It is written back
+    /// when the new content cannot be written whole.
+    std::optional<FileError> overwrite(
+        const std::string& path, const Bytes& bytes, const std::optional<Bytes>& oldBytes);
     /// Keeps the permissions of the file it replaces. A symbolic link is replaced itself.
     std::optional<FileError> replace(const std::string& path, const Bytes& bytes) override;
     std::optional<FileError> append(const std::string& path, const Bytes& bytes, std::size_t& length) override;
