@@ -11,14 +11,22 @@ namespace {
 /// The services that the pages send something to, each passing it on to the phone's own when there is one.
 class LoggedSystemLog final : public SystemLog {
 public:
-    explicit LoggedSystemLog(EventLog& events)
+    LoggedSystemLog(EventLog& events, std::shared_ptr<SystemLog> next)
         : _events(events)
+        , _next(std::move(next))
     {
     }
-    void write(const std::string& line) override { _events.add({ { "event", "log" }, { "text", line } }); }
+
+    void write(const std::string& line) override
+    {
+        _events.add({ { "event", "log" }, { "text", line } });
+        if (_next)
+            _next->write(line);
+    }
 
 private:
     EventLog& _events;
+    std::shared_ptr<SystemLog> _next;
 };
 
 class LoggedNotifications final : public DarwinNotifications {
@@ -163,7 +171,7 @@ const Class& EventLog::ReloadListener::classObject()
 
 void EventLog::decorate(Phone& phone)
 {
-    phone.systemLog = std::make_shared<LoggedSystemLog>(*this);
+    phone.systemLog = std::make_shared<LoggedSystemLog>(*this, phone.systemLog);
     if (phone.darwinNotifications)
         phone.darwinNotifications = std::make_shared<LoggedNotifications>(*this, phone.darwinNotifications);
     if (phone.mail)

@@ -78,11 +78,11 @@ std::unique_ptr<HostSession> HostSession::open(
     phone.files = session->_turnFiles = std::make_shared<TurnFiles>(
         session->_files, std::vector<std::string> { SettingsFile::path, CompanionFiles::bindingsPath });
     phone.images = std::make_shared<QtImages>();
-    if (!phone.systemLog)
-        phone.systemLog = std::make_shared<StderrLog>();
     phone.languages = userLanguages();
     if (decorate)
         decorate(phone);
+    if (!phone.systemLog)
+        phone.systemLog = std::make_shared<StderrLog>();
     if (phone.appearance)
         phone.appearance = session->_appearance = std::make_shared<ChosenAppearance>(phone.appearance);
     Phone::setCurrent(std::move(phone));
