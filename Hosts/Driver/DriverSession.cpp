@@ -116,13 +116,32 @@ Json DriverSession::handleLine(const std::string& line)
 
 Json DriverSession::handle(const Json& request)
 {
+    return replyTo([&] { return perform(request); });
+}
+
+Json DriverSession::rowsWithCells()
+{
+    return replyTo([this] {
+        Json page = rows();
+        page["cells"] = cells(page["rows"].size());
+        return page;
+    });
+}
+
+bool DriverSession::hasRow(const std::string& identifier)
+{
+    return VXMiscSettingsViewController::vx__indexByIdentifier_identifier(page()->specifiers(), identifier) >= 0;
+}
+
+Json DriverSession::replyTo(const std::function<Json()>& act)
+{
     Json reply { { "ok", true } };
     try {
         Json result;
         const auto failure = _host->turn([&] {
             // One of what has failed since the last request.
             acknowledgeAlert();
-            result = perform(request);
+            result = act();
         });
         if (failure)
             throw RequestError(*failure);
@@ -234,6 +253,20 @@ Json DriverSession::cell(const Json& request)
     cell->setFrame({ 0, 0, points, cell->preferredHeightForWidth(points) });
     cell->layoutIfNeeded();
     return { { "cell", jsonOfCell(cell) } };
+}
+
+Json DriverSession::cells(std::size_t count)
+{
+    Json all = Json::array();
+    for (std::size_t i = 0; i < count; ++i) {
+        // A row that cannot be shown leaves the others to be shown.
+        try {
+            all.push_back(cell({ { "row", i } })["cell"]);
+        } catch (const std::exception&) {
+            all.push_back(nullptr);
+        }
+    }
+    return all;
 }
 
 Json DriverSession::set(const Json& request)

@@ -20,6 +20,10 @@ public:
     Json handle(const Json& request);
     /// The same for a line of text, which may be anything.
     Json handleLine(const std::string& line);
+    /// The reply to a "rows" request, with one more field: in "cells" the "cell" of each row, null for a group.
+    Json rowsWithCells();
+    /// Whether the page on top has a row of that identifier.
+    bool hasRow(const std::string& identifier);
 
     HostSession& host() { return *_host; }
 
@@ -29,9 +33,12 @@ private:
 
     DriverSession() = default;
 
+    /// What `act` adds to a reply, done in a turn.
+    Json replyTo(const std::function<Json()>& act);
     Json perform(const Json& request);
     Json rows();
     Json cell(const Json& request);
+    Json cells(std::size_t count);
     Json set(const Json& request);
     Json tap(const Json& request);
     Json openPage(const Json& request);

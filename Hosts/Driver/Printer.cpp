@@ -131,7 +131,7 @@ std::string printedEvent(const Json& event)
 
 } // namespace
 
-std::string printedPage(const Json& reply, const std::vector<Json>& cells)
+std::string printedPage(const Json& reply)
 {
     const std::string title = textOf(reply["title"]);
     std::string out = title + "\n" + std::string(std::max<std::size_t>(1, width(title)), '=') + "\n";
@@ -140,7 +140,7 @@ std::string printedPage(const Json& reply, const std::vector<Json>& cells)
     for (std::size_t i = 0; i < reply["rows"].size(); ++i) {
         const Json& row = reply["rows"][i];
         if (textOf(row["cell"]) != "PSGroupCell") {
-            out += (needsGap ? "\n" : "") + printedRow(row, cells[i]);
+            out += (needsGap ? "\n" : "") + printedRow(row, reply["cells"][i]);
             needsGap = false;
             continue;
         }

@@ -33,12 +33,10 @@ void tell(const HostSession& host)
 }
 
 /// An identifier of the page or, where it has none of that name, an index.
-Json rowWord(const std::string& word, const Json& page)
+Json rowWord(const std::string& word, DriverSession& session)
 {
-    for (const Json& row : page["rows"]) {
-        if (row["identifier"] == word)
-            return word;
-    }
+    if (session.hasRow(word))
+        return word;
     long index = 0;
     const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), index);
     return error == std::errc() && end == word.data() + word.size() ? Json(index) : Json(word);
@@ -54,10 +52,9 @@ Json valueWord(const std::string& word)
     return number.is_number() ? number : Json(word);
 }
 
-/// The reply to the request; an error is printed, and null.
-Json asked(DriverSession& session, const Json& request)
+/// The reply; null for an error, which is printed.
+Json checked(Json reply)
 {
-    Json reply = session.handle(request);
     if (reply["ok"].get<bool>())
         return reply;
     fail(reply["error"].get<std::string>(), exitFailure);
@@ -69,33 +66,19 @@ std::string pageOf(const CommandLine& line)
     return line.arguments.empty() ? rootPageName : line.arguments.front();
 }
 
-/// The cell of each row, null for a group.
-std::vector<Json> cellsOf(DriverSession& session, std::size_t count)
-{
-    std::vector<Json> cells;
-    for (std::size_t i = 0; i < count; ++i) {
-        const Json reply = session.handle({ { "do", "cell" }, { "row", i } });
-        cells.push_back(reply["ok"].get<bool>() ? reply["cell"] : Json());
-    }
-    return cells;
-}
-
 int show(DriverSession& session, const CommandLine& line)
 {
-    const Json reply = asked(session, { { "do", "rows" } });
+    const Json reply = checked(line.json ? session.handle({ { "do", "rows" } }) : session.rowsWithCells());
     if (reply.is_null())
         return exitFailure;
-    std::cout << (line.json ? lineOf(reply) + "\n" : printedPage(reply, cellsOf(session, reply["rows"].size())));
+    std::cout << (line.json ? lineOf(reply) + "\n" : printedPage(reply));
     return 0;
 }
 
 int work(DriverSession& session, const CommandLine& line, Json request)
 {
-    const Json page = asked(session, { { "do", "rows" } });
-    if (page.is_null())
-        return exitFailure;
-    request["row"] = rowWord(line.arguments[1], page);
-    const Json reply = asked(session, request);
+    request["row"] = rowWord(line.arguments[1], session);
+    const Json reply = checked(session.handle(request));
     if (reply.is_null())
         return exitFailure;
     std::cout << printedEvents(reply["events"]);
@@ -144,7 +127,7 @@ int run(const CommandLine& line)
     if (line.command == CommandLine::Command::Drive)
         return drive(*session);
     tell(session->host());
-    if (asked(*session, { { "do", "open" }, { "page", pageOf(line) } }).is_null())
+    if (checked(session->handle({ { "do", "open" }, { "page", pageOf(line) } })).is_null())
         return exitFailure;
     if (line.command == CommandLine::Command::Show)
         return show(*session, line);
