@@ -141,6 +141,7 @@ Json DriverSession::replyTo(const std::function<Json()>& act)
         const auto failure = _host->turn([&] {
             // One of what has failed since the last request.
             acknowledgeAlert();
+            showCompanions();
             result = act();
         });
         if (failure)
@@ -175,6 +176,13 @@ Json DriverSession::perform(const Json& request)
     if (action == actions.end())
         throw RequestError("no request is named \"" + name + "\"");
     return action->second(*this, request);
+}
+
+void DriverSession::showCompanions()
+{
+    // The rows under a sheet stay as the user saw them, until the sheet is gone.
+    if (!top()->presentedViewController())
+        _host->showCompanions();
 }
 
 std::shared_ptr<UIViewController> DriverSession::top()

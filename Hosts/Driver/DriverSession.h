@@ -58,6 +58,7 @@ private:
     NSIndexPath pathOfRow(PSListController& page, const Json& request);
     void tapRow(PSListController& page, NSIndexPath path);
     void acknowledgeAlert();
+    void showCompanions();
 
     std::shared_ptr<EventLog> _events = std::make_shared<EventLog>();
     std::unique_ptr<HostSession> _host;

@@ -144,6 +144,7 @@ bool HostSession::openRootPage(const std::shared_ptr<UIPresentationObserver>& ob
     }
     _navigation = std::make_shared<UINavigationController>();
     _navigation->setObserver(observer);
+    _companions->note();
     const auto failure = turn([&] {
         _root->initForContentSize(size);
         _root->setSpecifier(PSSpecifier::groupSpecifierWithName(productEntry));

@@ -93,6 +93,23 @@ class BluetoothTest(PhoneTest):
             self.assertEqual(driver.rows()[0]["value"], expected)
             self.assertEqual(driver.ask("cell", row=0)["cell"]["control"]["value"], expected)
 
+    def test_rows_and_cells_follow_another_process(self):
+        sims = [{**SIM_A, **VOICE}, SIM_B]
+        driver = self.open_page([CAR], sims)
+        driver.ask("set", row=CAR["address"], value=True)
+        self.assertEqual(self.checkmarks(driver, CAR, sims), [3, 0])
+        phone = ("--phone", self.folder / "phone.json")
+        self.assertEqual(self.run_tandem(*phone, "tap", "bluetooth", sim_row(CAR, SIM_B))[0], 0)
+        # The root page and the page on top build their rows anew.
+        self.assertEqual(driver.events("cell", row=sim_row(CAR, SIM_A)), [RELOAD, RELOAD])
+        self.assertEqual(self.checkmarks(driver, CAR, sims), [0, 3])
+        self.assertEqual(self.run_tandem(*phone, "set", "bluetooth", CAR["address"], "off")[0], 0)
+        reply = driver.ask("rows")
+        self.assertEqual(reply["events"], [RELOAD, RELOAD])
+        self.assertEqual([row["identifier"] for row in reply["rows"]], [CAR["address"], None])
+        self.assertEqual(reply["rows"][0]["value"], False)
+        self.assertEqual(driver.events("rows"), [])
+
     def test_device_rows_cannot_be_tapped(self):
         driver = self.open_page([CAR], [SIM_A])
         self.assertEqual(

@@ -154,6 +154,19 @@ class LogoTest(PhoneTest):
         self.assertEqual(other["cell"]["detailTextLabel"]["text"], "+1 555 010 0102")
         self.assertIsNone(other["cell"]["imageView"]["image"])
 
+    def test_cells_and_rows_follow_another_process_but_not_under_a_sheet(self):
+        driver = self.open_sims()
+        driver.ask("cell", row=f"SIM+{KEY}")
+        driver.ask("tap", row=f"LOGO+{KEY}")
+        self.logo().parent.mkdir(parents=True)
+        self.logo().write_bytes(png(2, 2))
+        self.assertNotIn("LOGO", driver.identifiers())
+        self.assertEqual(driver.events("choose", title="Cancel"), [DISMISSED_SHEET])
+        first = log(f"***** Trying to gett default image first from location '{LOGOS}'")
+        reload = [RELOAD, self.subscriptions_log(), RELOAD]
+        self.assertEqual(driver.events("cell", row=f"SIM+{KEY}"), [*reload, first])
+        self.assertEqual(driver.identifiers()[-1], "LOGO")
+
     def test_reset_of_one_logo(self):
         self.logo().parent.mkdir(parents=True)
         self.logo().write_bytes(png(2, 2))
