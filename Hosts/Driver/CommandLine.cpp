@@ -153,6 +153,9 @@ std::string CommandLine::usage()
            "\n"
            "PAGE is root, calls, messages, bluetooth, sims or misc. ROW is an identifier or an index. VALUE is on or "
            "off for a\n"
-           "switch, a number for a slider. The phone's files lie below DIR, by default a folder of your own; with\n"
-           "--no-provision nothing is made there that is missing.\n";
+           "switch, a number for a slider. The switch of a Bluetooth device changes over, whichever of the two VALUE "
+           "is: setting\n"
+           "it to on twice binds the device and unbinds it again. The phone's files lie below DIR, by default a folder "
+           "of your\n"
+           "own; with --no-provision nothing is made there that is missing.\n";
 }

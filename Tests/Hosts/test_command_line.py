@@ -151,8 +151,9 @@ usage: tandem [--phone demo|linux|FILE] [--root DIR] [--no-provision] COMMAND
   version                the version of this program
 
 PAGE is root, calls, messages, bluetooth, sims or misc. ROW is an identifier or an index. VALUE is on or off for a
-switch, a number for a slider. The phone's files lie below DIR, by default a folder of your own; with
---no-provision nothing is made there that is missing.
+switch, a number for a slider. The switch of a Bluetooth device changes over, whichever of the two VALUE is: setting
+it to on twice binds the device and unbinds it again. The phone's files lie below DIR, by default a folder of your
+own; with --no-provision nothing is made there that is missing.
 """
 
     def test_help(self):
