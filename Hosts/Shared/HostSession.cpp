@@ -4,11 +4,11 @@
 #include "Pictures/QtImages.h"
 #include "Shared/BundleLoader.h"
 #include "Shared/StderrLog.h"
+#include "Shared/UserLanguages.h"
 #include "Storage/LibplistPropertyLists.h"
 #include "UIKit/UIImage.h"
 #include "libtandem/TDSettings.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 
@@ -19,27 +19,6 @@ namespace {
 constexpr const char* settingsChangedNotification = "com.vexil.tandemSettingsChanged";
 /// The name of the entry by which a Settings application opens the product.
 constexpr const char* productEntry = "Pairo";
-
-/// "de-DE" and "de" for "de_DE.UTF-8"; none for the C locale.
-std::vector<std::string> userLanguages()
-{
-    for (const char* name : { "LC_ALL", "LC_MESSAGES", "LANG" }) {
-        const char* value = std::getenv(name);
-        if (!value || !*value)
-            continue;
-        std::string language(value);
-        language.erase(std::min(language.find_first_of(".@"), language.size()));
-        if (language == "C" || language == "POSIX")
-            return {};
-        const std::size_t underscore = language.find('_');
-        if (underscore == std::string::npos)
-            return { language };
-        std::string bare = language.substr(0, underscore);
-        language[underscore] = '-';
-        return { language, bare };
-    }
-    return {};
-}
 
 /// Points the link at the target, in place of what it pointed to.
 bool refreshLink(const fs::path& link, const std::string& target, std::string& error)
