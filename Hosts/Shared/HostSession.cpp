@@ -9,6 +9,7 @@
 #include "UIKit/UIImage.h"
 #include "libtandem/TDSettings.h"
 
+#include <csignal>
 #include <filesystem>
 #include <stdexcept>
 
@@ -19,6 +20,13 @@ namespace {
 constexpr const char* settingsChangedNotification = "com.vexil.tandemSettingsChanged";
 /// The name of the entry by which a Settings application opens the product.
 constexpr const char* productEntry = "Pairo";
+
+/// A parent that ignores it has its children ignore it too. The system then forgets with which status a process of ours
+/// ended, and asking the package manager for the version fails.
+void hearOfEndedProcesses()
+{
+    std::signal(SIGCHLD, SIG_DFL);
+}
 
 /// Points the link at the target, in place of what it pointed to.
 bool refreshLink(const fs::path& link, const std::string& target, std::string& error)
@@ -46,6 +54,7 @@ bool refreshLink(const fs::path& link, const std::string& target, std::string& e
 std::unique_ptr<HostSession> HostSession::open(
     const HostOptions& options, const PhoneDecorator& decorate, std::string& error)
 {
+    hearOfEndedProcesses();
     std::unique_ptr<HostSession> session(new HostSession);
     session->_options = options;
     session->_files = std::make_shared<DiskFiles>(options.root.empty() ? HostOptions::defaultRoot() : options.root);

@@ -2,6 +2,7 @@
 database only for a footer that is shown."""
 
 import shutil
+import signal
 
 from opened_files import OpenedFiles
 from support import BUNDLE, PhoneTest, footer_text, page_definition, rows_of
@@ -173,3 +174,17 @@ class PackageDatabaseRead(FilesReadTest):
         for _ in range(2):
             driver.ask("hook", name="copryRightSpecifierText:", value=2026)
         self.assertEqual(self.times_asked(), 2)
+
+
+class ParentThatIgnoresItsChildren(PhoneTest):
+    def test_the_installed_version_is_shown(self):
+        if not shutil.which("/usr/bin/dpkg-query"):
+            self.skipTest("dpkg is not there")
+        (self.folder / "packages/status").write_text(
+            "Package: com.vexil.tandem\nStatus: install ok installed\nVersion: 2.0\nArchitecture: all\n"
+            "Maintainer: x\nDescription: x\n"
+        )
+        code, out, _ = self.run_tandem(
+            "show", "misc", preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN), restore_signals=False
+        )
+        self.assertEqual((code, out.splitlines()[-1].strip()), (0, footer_text("2.0")))
