@@ -246,6 +246,7 @@ std::shared_ptr<PSTableCell> PageModel::cellAt(int index) const
     auto cell = std::dynamic_pointer_cast<PSTableCell>(_list->table().loadCellForRowAtIndexPath(*path));
     if (cell)
         letTextsBreak(*cell);
+    _host.closeImageContexts();
     return cell;
 }
 

@@ -2,6 +2,7 @@
 
 #include "Picture.h"
 #include "TextBlock.h"
+#include "UIKit/UIImage.h"
 #include "UIKit/UIViewAnimation.h"
 
 #include <QEvent>
@@ -82,6 +83,13 @@ void SettingsHost::turn(const std::function<void()>& act)
         ~Ending() { inTurn = false; }
     } ending { _inTurn = true };
     _session->turn(act);
+}
+
+void SettingsHost::closeImageContexts() const
+{
+    // In a turn, a page may be about to draw.
+    if (!_inTurn)
+        UIGraphicsDrainImageContexts();
 }
 
 void SettingsHost::startFollowing()

@@ -39,6 +39,9 @@ public:
 
     /// Hands the pages one event. What they raise is logged, and the page stays as it was.
     void turn(const std::function<void()>& act);
+    /// To be called when a page has made a cell: cells come into sight without a turn, which would close the image
+    /// contexts that they leave open.
+    void closeImageContexts() const;
     /// From now on the window follows the settings file and the system's appearance.
     void startFollowing();
     void setDark(bool dark);
