@@ -207,6 +207,13 @@ void forEachComponent(std::string_view path, Visit visit)
     }
 }
 
+/// A path in which nothing has to be resolved, as nearly all are.
+bool isPlain(std::string_view path)
+{
+    return path.starts_with('/') && !path.ends_with('/') && path.find("//") == std::string_view::npos
+        && path.find("/.") == std::string_view::npos;
+}
+
 /// 0, or the error number for a path that is refused.
 int checkPath(const std::string& path)
 {
@@ -246,6 +253,8 @@ DiskFiles::DiskFiles(std::string root)
 
 std::string DiskFiles::hostPath(const std::string& phonePath) const
 {
+    if (isPlain(phonePath))
+        return _root + phonePath;
     std::vector<std::string_view> components;
     forEachComponent(phonePath, [&](std::string_view component) {
         if (component == ".." && !components.empty())
