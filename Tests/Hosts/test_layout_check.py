@@ -1,6 +1,8 @@
 """`tandem check`: a line for each layout rule that a page definition breaks, and none for the product's own."""
 
-from support import FOOTER_ITEM, PhoneTest, group_item, link_item, page_definition
+import plistlib
+
+from support import BUNDLE, FOOTER_ITEM, PhoneTest, group_item, link_item, page_definition
 
 
 class LayoutCheck(PhoneTest):
@@ -51,6 +53,21 @@ class DefinitionsOfTheProduct(LayoutCheck):
         self.assertEqual(self.run_tandem("--no-provision", "check"), (0, "", ""))
         self.place_bundle()
         self.assert_faults()
+
+    def test_written_by_the_build_in_the_form_that_is_read_fastest(self):
+        for name in ("Root", "Calls", "Messages", "Misc", "Info"):
+            self.assertEqual((BUNDLE / f"{name}.plist").read_bytes()[:8], b"bplist00")
+
+    def test_faults_in_either_form(self):
+        calls = page_definition("Calls")
+        changed(0, cell="PSNoCell")(calls)
+        for form in (plistlib.FMT_XML, plistlib.FMT_BINARY):
+            (self.place_bundle() / "Misc.plist").write_bytes(plistlib.dumps(page_definition("Misc"), fmt=form))
+            (self.bundle / "Calls.plist").write_bytes(plistlib.dumps(calls, fmt=form))
+            self.assert_faults(
+                'Calls.plist: row 0 (TandemEnabledCalls): unknown cell "PSNoCell"',
+                'Calls.plist: row 0 (TandemEnabledCalls): must be a PSSwitchCell',
+            )
 
 
 class FilesAndItems(LayoutCheck):
