@@ -2,6 +2,7 @@
 
 import datetime
 import json
+import os
 import plistlib
 import unittest
 
@@ -48,6 +49,17 @@ UID_IN_BINARY = {"uid": plistlib.UID(7), "nestedUid": [plistlib.UID(0)]}
 
 
 class OneChangeFromEndToEnd(PhoneTest):
+    def test_the_file_is_written_over_and_not_replaced(self):
+        """Whoever holds it open, or has another name for it, sees the change."""
+        self.write_settings({SLIDER: 7})
+        name = self.folder / "another name"
+        os.link(self.settings_file, name)
+        with self.settings_file.open("rb") as held:
+            self.assertEqual(self.run_tandem("set", "calls", SWITCH, "off")[0], 0)
+            content = held.read()
+        self.assertEqual(plistlib.loads(content), {SLIDER: 7, SWITCH: False})
+        self.assertEqual((name.read_bytes(), self.settings_file.read_bytes()), (content, content))
+
     def test_turning_on_the_sim_choice_for_calls(self):
         stored = {SWITCH: False, SLIDER: 7, **UNRELATED}
         self.write_settings({**stored, **UID_IN_XML}, plistlib.FMT_XML)
