@@ -47,7 +47,7 @@ public:
     std::vector<std::string> photos() const { return _demoPhone ? _demoPhone->photos() : std::vector<std::string>(); }
     const std::shared_ptr<DiskFiles>& files() const { return _files; }
     /// Builds the rows anew when another process has changed a binding or a logo since they were last built so. Called
-    /// in a turn, by a host that watches those files while a page is open.
+    /// in a turn, at a moment when the rows may move.
     void showCompanions();
     /// The folders on this machine in which other processes change what the pages show. They need not be there.
     std::vector<std::string> watchedFolders() const { return _companions->hostFolders(); }
