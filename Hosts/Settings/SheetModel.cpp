@@ -175,8 +175,8 @@ void SheetModel::mail()
             sheet->setOutcome(tr(noMailProgram));
     };
     const auto png = activity() ? UIImagePNGRepresentation(activity()->image()) : std::nullopt;
-    if (png && phone.files && !phone.files->createDirectory(outboxDirectory)
-        && !phone.files->replace(outboxPicture, *png))
+    if (png && phone.files && phone.files->createDirectory(outboxDirectory)
+        && phone.files->replace(outboxPicture, *png))
         draft.attachments.emplace_back(outboxPicture);
     const bool composed = phone.mail && phone.mail->compose(draft);
     setOutcome(composed ? tr("Handed to the mail program") : tr(noMailProgram));

@@ -115,12 +115,14 @@ bool HostSession::provision(std::string& error)
     if (!refreshLink(_files->hostPath(pluginBundlePath), bundle, error))
         return false;
     const bool locked = _settingsFile->lock();
-    const bool made = _settingsFile->provision(error);
+    const auto made = _settingsFile->provision();
     if (made)
         _notice = _settingsFile->repair();
     if (locked)
         _settingsFile->unlock();
-    return made;
+    if (!made)
+        error = made.failure().text;
+    return bool(made);
 }
 
 bool HostSession::openRootPage(const std::shared_ptr<UIPresentationObserver>& observer, CGSize size, std::string& error)

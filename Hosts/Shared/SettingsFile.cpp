@@ -42,14 +42,14 @@ SettingsFile::~SettingsFile()
     unlock();
 }
 
-bool SettingsFile::provision(std::string& error)
+Result<void> SettingsFile::provision()
 {
-    auto failure = _files->createDirectory(folder);
-    if (!failure && !_files->exists(path))
-        failure = _files->overwrite(path, emptySettings());
-    if (failure)
-        error = _files->hostPath(folder) + ": " + failure->text;
-    return !failure;
+    auto made = _files->createDirectory(folder);
+    if (made && !_files->exists(path))
+        made = _files->overwrite(path, emptySettings());
+    if (!made)
+        return Failure { _files->hostPath(folder) + ": " + made.failure().text, made.failure().code };
+    return {};
 }
 
 std::optional<std::string> SettingsFile::repair()
@@ -61,11 +61,11 @@ std::optional<std::string> SettingsFile::repair()
     for (int i = 2; _files->exists(aside); ++i)
         aside = std::string(path) + tornSuffix + std::to_string(i);
     // A copy first and then the good content over the old: at no moment is there neither.
-    if (_files->replace(aside, *content))
+    if (!_files->replace(aside, *content))
         return std::nullopt;
     auto good = _files->read(goodCopyPath);
     const bool restored = good && isWhole(*good);
-    if (_files->replace(path, restored ? *good : emptySettings()))
+    if (!_files->replace(path, restored ? *good : emptySettings()))
         return std::nullopt;
     return stringWithFormat(restored ? restoredNotice : emptiedNotice, { _files->hostPath(aside) });
 }
@@ -123,6 +123,6 @@ void SettingsFile::keepGoodCopy()
     const auto content = _files->read(path);
     if (!content || !isWhole(*content))
         return;
-    if (_files->read(goodCopyPath) == content || !_files->replace(goodCopyPath, *content))
+    if (_files->read(goodCopyPath) == content || _files->replace(goodCopyPath, *content))
         _copiedDigest = _notedDigest;
 }

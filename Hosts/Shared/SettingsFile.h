@@ -22,9 +22,8 @@ public:
     SettingsFile& operator=(const SettingsFile&) = delete;
     ~SettingsFile();
 
-    /// Makes the folders, and an empty settings file where there is nothing. False, and the reason in `error`, when it
-    /// cannot.
-    bool provision(std::string& error);
+    /// Makes the folders, and an empty settings file where there is nothing.
+    Result<void> provision();
     /// Moves a torn file aside and puts the last good copy, or an empty dictionary, in its place. What the user is told
     /// then; nothing when the file is whole, missing, or cannot be read for another reason.
     std::optional<std::string> repair();

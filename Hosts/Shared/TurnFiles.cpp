@@ -32,11 +32,11 @@ TurnFiles::Content* TurnFiles::contentOf(const std::string& path) const
     return found == _contents.end() ? nullptr : &found->second;
 }
 
-void TurnFiles::note(const std::string& path, const Bytes& bytes, const std::optional<FileError>& error)
+void TurnFiles::note(const std::string& path, const Bytes& bytes, const Result<void>& written)
 {
     _stamps.erase(hostPath(path));
     if (Content* content = contentOf(path))
-        *content = error ? Content() : Content { true, bytes };
+        *content = written ? Content { true, bytes } : Content();
 }
 
 std::optional<Bytes> TurnFiles::read(const std::string& path) const
@@ -59,37 +59,37 @@ std::optional<FileStamp> TurnFiles::stamp(const std::string& path) const
     return stamp->second;
 }
 
-std::optional<FileError> TurnFiles::overwrite(const std::string& path, const Bytes& bytes)
+Result<void> TurnFiles::overwrite(const std::string& path, const Bytes& bytes)
 {
     const Content* content = contentOf(path);
-    auto error =
+    auto written =
         content && content->isKnown ? _disk->overwrite(path, bytes, content->bytes) : _disk->overwrite(path, bytes);
-    note(path, bytes, error);
-    return error;
+    note(path, bytes, written);
+    return written;
 }
 
-std::optional<FileError> TurnFiles::replace(const std::string& path, const Bytes& bytes)
+Result<void> TurnFiles::replace(const std::string& path, const Bytes& bytes)
 {
-    auto error = _disk->replace(path, bytes);
-    note(path, bytes, error);
-    return error;
+    auto written = _disk->replace(path, bytes);
+    note(path, bytes, written);
+    return written;
 }
 
-std::optional<FileError> TurnFiles::append(const std::string& path, const Bytes& bytes, std::size_t& length)
+Result<std::size_t> TurnFiles::append(const std::string& path, const Bytes& bytes)
 {
     _stamps.erase(hostPath(path));
     if (Content* content = contentOf(path))
         *content = {};
-    return _disk->append(path, bytes, length);
+    return _disk->append(path, bytes);
 }
 
-std::optional<FileError> TurnFiles::createDirectory(const std::string& path)
+Result<void> TurnFiles::createDirectory(const std::string& path)
 {
     _stamps.clear();
     return _disk->createDirectory(path);
 }
 
-std::optional<FileError> TurnFiles::remove(const std::string& path)
+Result<void> TurnFiles::remove(const std::string& path)
 {
     forget();
     return _disk->remove(path);

@@ -25,12 +25,12 @@ public:
     // Files
     std::optional<Bytes> read(const std::string& path) const override;
     std::optional<FileStamp> stamp(const std::string& path) const override;
-    std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) override;
-    std::optional<FileError> replace(const std::string& path, const Bytes& bytes) override;
-    std::optional<FileError> append(const std::string& path, const Bytes& bytes, std::size_t& length) override;
+    Result<void> overwrite(const std::string& path, const Bytes& bytes) override;
+    Result<void> replace(const std::string& path, const Bytes& bytes) override;
+    Result<std::size_t> append(const std::string& path, const Bytes& bytes) override;
     bool exists(const std::string& path) const override { return _disk->exists(path); }
-    std::optional<FileError> createDirectory(const std::string& path) override;
-    std::optional<FileError> remove(const std::string& path) override;
+    Result<void> createDirectory(const std::string& path) override;
+    Result<void> remove(const std::string& path) override;
 
 private:
     /// What is known in this turn of one of the files that are read once.
@@ -41,8 +41,8 @@ private:
 
     /// Null for a file that is read whenever it is asked for, and between turns.
     Content* contentOf(const std::string& path) const;
-    /// The file was written: it holds the bytes or, after an error, what nobody knows.
-    void note(const std::string& path, const Bytes& bytes, const std::optional<FileError>& error);
+    /// The file was written: it holds the bytes or, when that failed, what nobody knows.
+    void note(const std::string& path, const Bytes& bytes, const Result<void>& written);
     void forget();
 
     std::shared_ptr<DiskFiles> _disk;

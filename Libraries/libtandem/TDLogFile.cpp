@@ -42,10 +42,9 @@ void appendToLogFile(const std::string& line)
     const std::string entry = stringWithFormat("%@ %@\n", { now(), line });
     const Bytes bytes(
         entry.begin(), entry.begin() + static_cast<std::ptrdiff_t>(std::min(entry.size(), largestLog / 2)));
-    std::size_t length = 0;
-    auto error = files->append(logFile, bytes, length);
-    if (error && !files->createDirectory(logDirectory))
-        error = files->append(logFile, bytes, length);
-    if (!error && length > largestLog)
+    auto length = files->append(logFile, bytes);
+    if (!length && files->createDirectory(logDirectory))
+        length = files->append(logFile, bytes);
+    if (length && *length > largestLog)
         shorten(*files);
 }

@@ -35,15 +35,15 @@ std::string_view lastComponent(std::string_view path)
     return path.substr(path.rfind('/') + 1);
 }
 
-std::shared_ptr<NSError> errorFor(const std::string& path, const char* verb, const std::optional<FileError>& error)
+std::shared_ptr<NSError> errorFor(const std::string& path, const char* verb, const Result<void>& result)
 {
-    if (!error)
+    if (result)
         return nullptr;
-    return std::make_shared<NSError>(NSError::cocoaDomain, cocoaCodeOf(error->code),
-        stringWithFormat("“%@” couldn’t be %@: %@.", { lastComponent(path), verb, error->text }));
+    return std::make_shared<NSError>(NSError::cocoaDomain, cocoaCodeOf(result.failure().code),
+        stringWithFormat("“%@” couldn’t be %@: %@.", { lastComponent(path), verb, result.failure().text }));
 }
 
-const FileError noFileService { ENOSYS, "no file service" };
+const Failure noFileService { "no file service", ENOSYS };
 
 } // namespace
 
@@ -88,7 +88,7 @@ bool writeToFile(const Bytes& data, const std::string& path, Atomically atomical
     const auto& files = Phone::current().files;
     if (!files)
         return false;
-    return !(atomically == Atomically::Yes ? files->replace(path, data) : files->overwrite(path, data));
+    return bool(atomically == Atomically::Yes ? files->replace(path, data) : files->overwrite(path, data));
 }
 
 std::optional<Dictionary> dictionaryWithContentsOfFile(const std::string& path)

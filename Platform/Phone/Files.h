@@ -1,17 +1,12 @@
 #pragma once
 
+#include "Phone/Result.h"
 #include "Runtime/Value.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
-
-/// Why a file operation failed: the system's error number and its text.
-struct FileError {
-    int code = 0;
-    std::string text;
-};
 
 /// What tells one state of a file from another without reading it.
 struct FileStamp {
@@ -26,8 +21,9 @@ struct FileStamp {
     bool operator==(const FileStamp&) const = default;
 };
 
-/// The phone's files. Paths are the phone's own, absolute ("/var/mobile/..."), and lie below a root of the host's
-/// choice; no path, whatever ".." it holds, leads out of that root.
+/// The phone's files. What fails tells the system's error number and its text. Paths are the phone's own, absolute
+/// ("/var/mobile/..."), and lie below a root of the host's choice; no path, whatever ".." it holds, leads out of that
+/// root.
 class Files {
 public:
     virtual ~Files() = default;
@@ -38,15 +34,15 @@ public:
     virtual std::optional<FileStamp> stamp(const std::string& path) const = 0;
     /// Writes over the file in place: opened without truncation, overwritten, cut to its new length, made if missing.
     /// When the disk or a limit refuses the longer content, the old content is still there, whole.
-    virtual std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) = 0;
+    virtual Result<void> overwrite(const std::string& path, const Bytes& bytes) = 0;
     /// Replaces the file by way of a temporary file in the same directory: readers see the old content or the new.
-    virtual std::optional<FileError> replace(const std::string& path, const Bytes& bytes) = 0;
+    virtual Result<void> replace(const std::string& path, const Bytes& bytes) = 0;
     /// Adds the bytes at the end of the file, which is made if missing, and gives its new length in bytes. When the
     /// disk or a limit refuses them, the file is as long as before.
-    virtual std::optional<FileError> append(const std::string& path, const Bytes& bytes, std::size_t& length) = 0;
+    virtual Result<std::size_t> append(const std::string& path, const Bytes& bytes) = 0;
     /// Something stands at the path: a file or a directory alike.
     virtual bool exists(const std::string& path) const = 0;
-    virtual std::optional<FileError> createDirectory(const std::string& path) = 0;
+    virtual Result<void> createDirectory(const std::string& path) = 0;
     /// Removes a file, or a directory with all it holds.
-    virtual std::optional<FileError> remove(const std::string& path) = 0;
+    virtual Result<void> remove(const std::string& path) = 0;
 };

@@ -34,9 +34,9 @@ std::int64_t nanoseconds(const timespec& time)
 /// A pipe or a device at the path must neither hang the open nor become our terminal.
 constexpr int openFlags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
-FileError fileError(int code)
+Failure failureOf(int code)
 {
-    return { code, std::generic_category().message(code) };
+    return { std::generic_category().message(code), code };
 }
 
 /// A file descriptor that is closed at the end of the scope.
@@ -284,73 +284,71 @@ std::optional<FileStamp> DiskFiles::stamp(const std::string& path) const
         nanoseconds(status.st_ctim) };
 }
 
-std::optional<FileError> DiskFiles::overwrite(const std::string& path, const Bytes& bytes)
+Result<void> DiskFiles::overwrite(const std::string& path, const Bytes& bytes)
 {
     return overwrite(path, bytes, read(path));
 }
 
-std::optional<FileError> DiskFiles::overwrite(
-    const std::string& path, const Bytes& bytes, const std::optional<Bytes>& oldBytes)
+Result<void> DiskFiles::overwrite(const std::string& path, const Bytes& bytes, const std::optional<Bytes>& oldBytes)
 {
     if (const int error = checkPath(path))
-        return fileError(error);
+        return failureOf(error);
     const std::string target = hostPath(path);
     Descriptor file = openFile(target, O_WRONLY);
     const bool isNew = !file.isOpen() && errno == ENOENT;
     if (isNew)
         file = openFile(target, O_WRONLY | O_CREAT);
     if (!file.isOpen())
-        return fileError(errno);
+        return failureOf(errno);
     const off_t oldLength = regularFileLength(file);
     if (oldLength < 0)
-        return fileError(errno);
+        return failureOf(errno);
     int error = rewrite(file, bytes, static_cast<std::size_t>(oldLength), oldBytes);
     if (const int closeError = file.close(); error == 0)
         error = closeError;
     if (error == 0)
-        return std::nullopt;
+        return {};
     if (isNew && oldLength == 0)
         removeNewFile(target);
-    return fileError(error);
+    return failureOf(error);
 }
 
-std::optional<FileError> DiskFiles::replace(const std::string& path, const Bytes& bytes)
+Result<void> DiskFiles::replace(const std::string& path, const Bytes& bytes)
 {
     if (const int error = checkPath(path))
-        return fileError(error);
+        return failureOf(error);
     const std::string target = hostPath(path);
     struct stat old { };
     const bool isThere = stat(target.c_str(), &old) == 0;
     if (isThere && S_ISDIR(old.st_mode))
-        return fileError(EISDIR);
+        return failureOf(EISDIR);
     std::string temporary;
     Descriptor file = makeTemporary(target.substr(0, target.rfind('/')), temporary);
     if (!file.isOpen())
-        return fileError(errno);
+        return failureOf(errno);
     int error = fillTemporary(file, bytes, isThere ? std::optional(old.st_mode) : std::nullopt);
     if (error == 0 && std::rename(temporary.c_str(), target.c_str()) != 0)
         error = errno;
     if (error == 0)
-        return std::nullopt;
+        return {};
     unlink(temporary.c_str());
-    return fileError(error);
+    return failureOf(error);
 }
 
-std::optional<FileError> DiskFiles::append(const std::string& path, const Bytes& bytes, std::size_t& length)
+Result<std::size_t> DiskFiles::append(const std::string& path, const Bytes& bytes)
 {
     if (const int error = checkPath(path))
-        return fileError(error);
+        return failureOf(error);
     Descriptor file = openFile(hostPath(path), O_WRONLY | O_CREAT);
     const off_t oldLength = file.isOpen() ? regularFileLength(file) : -1;
     if (oldLength < 0)
-        return fileError(errno);
-    length = static_cast<std::size_t>(oldLength);
+        return failureOf(errno);
+    const auto length = static_cast<std::size_t>(oldLength);
     if (const int error = writeRange(file, bytes, 0, bytes.size(), length)) {
         cut(file, length);
-        return fileError(error);
+        return failureOf(error);
     }
-    length += bytes.size();
-    return std::nullopt;
+    return length + bytes.size();
 }
 
 bool DiskFiles::exists(const std::string& path) const
@@ -359,33 +357,33 @@ bool DiskFiles::exists(const std::string& path) const
     return checkPath(path) == 0 && stat(hostPath(path).c_str(), &status) == 0;
 }
 
-std::optional<FileError> DiskFiles::createDirectory(const std::string& path)
+Result<void> DiskFiles::createDirectory(const std::string& path)
 {
     if (const int error = checkPath(path))
-        return fileError(error);
+        return failureOf(error);
     const std::string target = hostPath(path);
     for (std::size_t end = target.find('/', 1);; end = target.find('/', end + 1)) {
         const std::string parent = target.substr(0, end);
         const int error = isDirectory(parent) || mkdir(parent.c_str(), directoryMode) == 0 ? 0 : errno;
         if (error != 0 && !isDirectory(parent))
-            return fileError(error);
+            return failureOf(error);
         if (end == std::string::npos)
-            return std::nullopt;
+            return {};
     }
 }
 
-std::optional<FileError> DiskFiles::remove(const std::string& path)
+Result<void> DiskFiles::remove(const std::string& path)
 {
     if (const int error = checkPath(path))
-        return fileError(error);
+        return failureOf(error);
     const std::string target = hostPath(path);
     if (target == hostPath("/"))
-        return fileError(EBUSY);
+        return failureOf(EBUSY);
     std::error_code error;
     const auto removed = std::filesystem::remove_all(target, error);
     if (error)
-        return fileError(error.value());
+        return failureOf(error.value());
     if (removed == 0)
-        return fileError(ENOENT);
-    return std::nullopt;
+        return failureOf(ENOENT);
+    return {};
 }

@@ -20,20 +20,19 @@ public:
     /// Nothing for a file of more than 1 GiB, too.
     std::optional<Bytes> read(const std::string& path) const override;
     std::optional<FileStamp> stamp(const std::string& path) const override;
-    std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) override;
+    Result<void> overwrite(const std::string& path, const Bytes& bytes) override;
     /// The same for a caller that has just read the file, whose content is then not read once more. It is written back
     /// when the new content cannot be written whole.
-    std::optional<FileError> overwrite(
-        const std::string& path, const Bytes& bytes, const std::optional<Bytes>& oldBytes);
+    Result<void> overwrite(const std::string& path, const Bytes& bytes, const std::optional<Bytes>& oldBytes);
     /// Keeps the permissions of the file it replaces. A symbolic link is replaced itself.
-    std::optional<FileError> replace(const std::string& path, const Bytes& bytes) override;
-    std::optional<FileError> append(const std::string& path, const Bytes& bytes, std::size_t& length) override;
+    Result<void> replace(const std::string& path, const Bytes& bytes) override;
+    Result<std::size_t> append(const std::string& path, const Bytes& bytes) override;
     /// A link to nothing does not exist.
     bool exists(const std::string& path) const override;
     /// With its parents. A directory that is there already will do.
-    std::optional<FileError> createDirectory(const std::string& path) override;
+    Result<void> createDirectory(const std::string& path) override;
     /// The root itself is refused (EBUSY). A symbolic link is removed itself.
-    std::optional<FileError> remove(const std::string& path) override;
+    Result<void> remove(const std::string& path) override;
 
 private:
     std::string _root;

@@ -12,20 +12,20 @@ constexpr const char* file = "/var/mobile/Folder/File";
 class RefusingFiles final : public Files {
 public:
     RefusingFiles(int code, std::string text)
-        : _error { code, std::move(text) }
+        : _failure { std::move(text), code }
     {
     }
     std::optional<Bytes> read(const std::string&) const override { return std::nullopt; }
     std::optional<FileStamp> stamp(const std::string&) const override { return std::nullopt; }
-    std::optional<FileError> overwrite(const std::string&, const Bytes&) override { return _error; }
-    std::optional<FileError> replace(const std::string&, const Bytes&) override { return _error; }
-    std::optional<FileError> append(const std::string&, const Bytes&, std::size_t&) override { return _error; }
+    Result<void> overwrite(const std::string&, const Bytes&) override { return _failure; }
+    Result<void> replace(const std::string&, const Bytes&) override { return _failure; }
+    Result<std::size_t> append(const std::string&, const Bytes&) override { return _failure; }
     bool exists(const std::string&) const override { return false; }
-    std::optional<FileError> createDirectory(const std::string&) override { return _error; }
-    std::optional<FileError> remove(const std::string&) override { return _error; }
+    Result<void> createDirectory(const std::string&) override { return _failure; }
+    Result<void> remove(const std::string&) override { return _failure; }
 
 private:
-    FileError _error;
+    Failure _failure;
 };
 
 class FileManager : public PhoneTest {

@@ -34,21 +34,18 @@ public:
         }
         return stamp;
     }
-    std::optional<FileError> overwrite(const std::string& path, const Bytes& bytes) override
+    Result<void> overwrite(const std::string& path, const Bytes& bytes) override
     {
         return _files->overwrite(path, bytes);
     }
-    std::optional<FileError> replace(const std::string& path, const Bytes& bytes) override
+    Result<void> replace(const std::string& path, const Bytes& bytes) override { return _files->replace(path, bytes); }
+    Result<std::size_t> append(const std::string& path, const Bytes& bytes) override
     {
-        return _files->replace(path, bytes);
-    }
-    std::optional<FileError> append(const std::string& path, const Bytes& bytes, std::size_t& length) override
-    {
-        return _files->append(path, bytes, length);
+        return _files->append(path, bytes);
     }
     bool exists(const std::string& path) const override { return _files->exists(path); }
-    std::optional<FileError> createDirectory(const std::string& path) override { return _files->createDirectory(path); }
-    std::optional<FileError> remove(const std::string& path) override { return _files->remove(path); }
+    Result<void> createDirectory(const std::string& path) override { return _files->createDirectory(path); }
+    Result<void> remove(const std::string& path) override { return _files->remove(path); }
 
 private:
     static constexpr std::int64_t hour = 3'600'000'000'000;

@@ -144,7 +144,7 @@ Value TestPhone::readPropertyList(const std::string& path) const
 void TestPhone::writeFile(const std::string& path, const Bytes& content)
 {
     fs::create_directories(fs::path(hostPath(path)).parent_path());
-    ASSERT_FALSE(files->replace(path, content));
+    ASSERT_TRUE(files->replace(path, content));
 }
 
 void TestPhone::storeSettings(const Dictionary& settings)

@@ -24,8 +24,8 @@ void compile(const std::string& source, const std::string& target)
     const auto compiled = lists.writeBinary(*list, reason);
     if (!compiled)
         throw std::runtime_error(source + ": " + reason);
-    if (const auto failure = files.replace(target, *compiled))
-        throw std::runtime_error(target + ": " + failure->text);
+    if (const auto written = files.replace(target, *compiled); !written)
+        throw std::runtime_error(target + ": " + written.failure().text);
 }
 
 } // namespace

@@ -86,16 +86,15 @@ TEST_F(FilesOfATurn, HoldWhatTheTurnHasWritten)
 {
     files->beginTurn();
     content(kept);
-    EXPECT_FALSE(files->overwrite(kept, bytesOf("overwritten")));
+    EXPECT_TRUE(files->overwrite(kept, bytesOf("overwritten")));
     EXPECT_EQ(content(kept), "overwritten");
-    EXPECT_FALSE(files->replace(kept, bytesOf("replaced")));
+    EXPECT_TRUE(files->replace(kept, bytesOf("replaced")));
     EXPECT_EQ(content(kept), "replaced");
-    std::size_t length = 0;
-    EXPECT_FALSE(files->append(kept, bytesOf(" and more"), length));
+    EXPECT_TRUE(files->append(kept, bytesOf(" and more")));
     EXPECT_EQ(content(kept), "replaced and more");
-    EXPECT_FALSE(files->remove(kept));
+    EXPECT_TRUE(files->remove(kept));
     EXPECT_EQ(content(kept), "missing");
-    EXPECT_FALSE(files->overwrite(kept, bytesOf("made")));
+    EXPECT_TRUE(files->overwrite(kept, bytesOf("made")));
     EXPECT_EQ(content(kept), "made");
     files->endTurn();
     EXPECT_EQ(content(kept), "made");
@@ -132,9 +131,9 @@ TEST_F(FilesOfATurn, ThatCouldNotBeWrittenAreReadAgain)
     EXPECT_EQ(content(kept), "old");
     fs::remove(folder / "kept");
     fs::create_directory(folder / "kept");
-    const auto error = files->overwrite(kept, bytesOf("new"));
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code, EISDIR);
+    const auto written = files->overwrite(kept, bytesOf("new"));
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.failure().code, EISDIR);
     EXPECT_EQ(content(kept), "missing");
 }
 

@@ -42,9 +42,9 @@ protected:
     DiskFiles _files { _directory.path("root") };
 };
 
-int codeOf(const std::optional<FileError>& error)
+int codeOf(const Result<void>& result)
 {
-    return error ? error->code : 0;
+    return result ? 0 : result.failure().code;
 }
 
 std::string filled(std::size_t length, char c = 'x')
@@ -122,10 +122,10 @@ TEST_F(DiskFilesTest, EmptyPathNamesNothing)
 
 TEST_F(DiskFilesTest, ErrorsTellNumberAndText)
 {
-    const auto error = _files.remove("/missing");
-    ASSERT_TRUE(error);
-    EXPECT_EQ(error->code, ENOENT);
-    EXPECT_EQ(error->text, "No such file or directory");
+    const auto removed = _files.remove("/missing");
+    ASSERT_FALSE(removed);
+    EXPECT_EQ(removed.failure().code, ENOENT);
+    EXPECT_EQ(removed.failure().text, "No such file or directory");
 }
 
 TEST_F(DiskFilesTest, RegularFilesAreReadWhole)
