@@ -96,12 +96,12 @@ int run(int rows)
     options.phone = phoneFile(folder, rows);
     auto theme = std::make_unique<Theme>();
     theme->setAnimated(false);
-    std::string error;
-    const auto host = SettingsHost::open(options, std::move(theme), nullptr, error);
-    if (!host) {
-        std::fprintf(stderr, "%s\n", error.c_str());
+    const auto opened = SettingsHost::open(options, std::move(theme), nullptr);
+    if (!opened) {
+        std::fprintf(stderr, "%s\n", opened.failure().text.c_str());
         return 1;
     }
+    const auto& host = *opened;
     SettingsWindow window(host);
     millisecondsOf(window, [&] { window.show(); });
     const double opened =

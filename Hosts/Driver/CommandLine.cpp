@@ -48,14 +48,15 @@ public:
     {
     }
 
-    std::optional<CommandLine> parse(std::string& error)
+    Result<CommandLine> parse()
     {
         for (_next = 0; _next < _words.size() && _error.empty();)
             takeWord(_words[_next++]);
         if (_error.empty())
             finish();
-        error = _error;
-        return _error.empty() ? std::optional(_line) : std::nullopt;
+        if (!_error.empty())
+            return Failure { _error };
+        return _line;
     }
 
 private:
@@ -133,9 +134,9 @@ private:
 
 } // namespace
 
-std::optional<CommandLine> CommandLine::parse(const std::vector<std::string>& words, std::string& error)
+Result<CommandLine> CommandLine::parse(const std::vector<std::string>& words)
 {
-    return Parser(words).parse(error);
+    return Parser(words).parse();
 }
 
 std::string CommandLine::usage()

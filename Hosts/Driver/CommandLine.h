@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Phone/Result.h"
 #include "Shared/HostOptions.h"
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,8 +16,7 @@ struct CommandLine {
     std::vector<std::string> arguments;
     bool json = false;
 
-    /// Nothing, and one line that says what is wrong and what is right in `error`, for anything that is no command line
-    /// of ours.
-    static std::optional<CommandLine> parse(const std::vector<std::string>& words, std::string& error);
+    /// Fails with what is wrong and what is right for anything that is no command line of ours.
+    static Result<CommandLine> parse(const std::vector<std::string>& words);
     static std::string usage();
 };

@@ -87,17 +87,17 @@ void moveControl(UIControl& control, const Json& value, const std::string& rowNa
 
 } // namespace
 
-std::unique_ptr<DriverSession> DriverSession::open(const HostOptions& options, std::string& error)
+Result<std::unique_ptr<DriverSession>> DriverSession::open(const HostOptions& options)
 {
     std::unique_ptr<DriverSession> session(new DriverSession);
     EventLog& events = *session->_events;
-    session->_host = HostSession::open(
-        options, [&](Phone& phone) { events.decorate(phone); }, error);
-    if (!session->_host)
-        return nullptr;
+    auto host = HostSession::open(options, [&](Phone& phone) { events.decorate(phone); });
+    if (!host)
+        return host.failure();
+    session->_host = std::move(*host);
     events.observeProcess();
-    if (!session->_host->openRootPage(session->_events, screenSize, error))
-        return nullptr;
+    if (const auto opened = session->_host->openRootPage(session->_events, screenSize); !opened)
+        return opened.failure();
     if (const auto& notice = session->_host->notice())
         events.add({ { "event", "error" }, { "message", *notice } });
     return session;
@@ -138,14 +138,14 @@ Json DriverSession::replyTo(const std::function<Json()>& act)
     Json reply { { "ok", true } };
     try {
         Json result;
-        const auto failure = _host->turn([&] {
+        const auto done = _host->turn([&] {
             // One of what has failed since the last request.
             acknowledgeAlert();
             showCompanions();
             result = act();
         });
-        if (failure)
-            throw RequestError(*failure);
+        if (!done)
+            throw RequestError(done.failure().text);
         if (result.is_object())
             reply.update(result);
     } catch (const std::exception& error) {
@@ -372,10 +372,9 @@ Json DriverSession::pick(const Json& request)
         return {};
     }
     const std::string file = textField(request, "image");
-    std::string problem;
-    auto content = contentOfFile(file, largestPicture, problem);
+    auto content = contentOfFile(file, largestPicture);
     if (!content)
-        throw RequestError(file + ": " + problem);
+        throw RequestError(file + ": " + content.failure().text);
     const auto picked = UIImage::imageWithData(std::move(*content));
     if (!picked || !picked->bitmap())
         throw RequestError(file + " is no picture, or too large to be used");

@@ -12,8 +12,8 @@
 /// "events".
 class DriverSession {
 public:
-    /// Opens the root page. Null, and one line that says why in `error`, when it cannot be.
-    static std::unique_ptr<DriverSession> open(const HostOptions& options, std::string& error);
+    /// Opens the root page. The result is never null.
+    static Result<std::unique_ptr<DriverSession>> open(const HostOptions& options);
 
     /// Does what the request asks; the reply is {"ok":true,...} or {"ok":false,"error":"..."}, with the events since
     /// the last reply.

@@ -88,11 +88,10 @@ int work(DriverSession& session, const CommandLine& line, Json request)
 /// Needs the plug-in's classes but no page, so that it works where pages do not.
 int check(const CommandLine& line)
 {
-    std::string error;
-    const auto host = HostSession::open(line.host, nullptr, error);
+    const auto host = HostSession::open(line.host, nullptr);
     if (!host)
-        return fail(error, exitFailure);
-    tell(*host);
+        return fail(host.failure().text, exitFailure);
+    tell(**host);
     const auto faults = layoutFaults(pluginBundlePath);
     for (const std::string& fault : faults)
         std::cout << fault << "\n";
@@ -120,10 +119,10 @@ int run(const CommandLine& line)
         return check(line);
     if (line.command == CommandLine::Command::Watch)
         return watchNotifications(line.arguments) ? 0 : fail("there is no session bus, or it went away", exitFailure);
-    std::string error;
-    const auto session = DriverSession::open(line.host, error);
-    if (!session)
-        return fail(error, exitFailure);
+    const auto opened = DriverSession::open(line.host);
+    if (!opened)
+        return fail(opened.failure().text, exitFailure);
+    const auto& session = *opened;
     if (line.command == CommandLine::Command::Drive)
         return drive(*session);
     tell(session->host());
@@ -138,9 +137,8 @@ int run(const CommandLine& line)
 
 int run(const std::vector<std::string>& words)
 {
-    std::string error;
-    const auto line = CommandLine::parse(words, error);
-    return line ? run(*line) : fail(error + " (tandem help tells more)", exitUsage);
+    const auto line = CommandLine::parse(words);
+    return line ? run(*line) : fail(line.failure().text + " (tandem help tells more)", exitUsage);
 }
 
 } // namespace

@@ -35,25 +35,23 @@ SettingsHost::~SettingsHost()
     UIViewAnimations::shared().setObserver(nullptr);
 }
 
-std::shared_ptr<SettingsHost> SettingsHost::open(const HostOptions& options, std::unique_ptr<Theme> theme,
-    const HostSession::PhoneDecorator& decorate, std::string& error)
+Result<std::shared_ptr<SettingsHost>> SettingsHost::open(
+    const HostOptions& options, std::unique_ptr<Theme> theme, const HostSession::PhoneDecorator& decorate)
 {
     std::shared_ptr<SettingsHost> host(new SettingsHost(std::move(theme)));
-    host->_session = HostSession::open(
-        options,
-        [&](Phone& phone) {
-            phone.textMeasure = std::make_shared<QtTextMeasure>(*host->_theme);
-            if (decorate)
-                decorate(phone);
-        },
-        error);
-    if (!host->_session)
-        return nullptr;
+    auto session = HostSession::open(options, [&](Phone& phone) {
+        phone.textMeasure = std::make_shared<QtTextMeasure>(*host->_theme);
+        if (decorate)
+            decorate(phone);
+    });
+    if (!session)
+        return session.failure();
+    host->_session = std::move(*session);
     host->_session->setAppearanceObserver([&host = *host] { host.followAppearance(); });
     UIViewAnimations::shared().setObserver(
         [&host = *host](const UIViewAnimation& animation) { host._fadeSeconds = animation.duration; });
-    if (!host->_session->openRootPage(host, firstSize, error))
-        return nullptr;
+    if (const auto opened = host->_session->openRootPage(host, firstSize); !opened)
+        return opened.failure();
     // The desktop has had the time of all the above to answer.
     host->followAppearance();
     host->showNotice();

@@ -23,10 +23,10 @@ class SettingsHost final : public QObject, public UIPresentationObserver {
     Q_PROPERTY(SheetModel* sheet READ sheet NOTIFY sheetChanged)
 
 public:
-    /// Opens the phone and its root page. Null, and one line that says why in `error`, when it cannot be. The decorator
-    /// stands before the phone's services, as for tests; null for none.
-    static std::shared_ptr<SettingsHost> open(const HostOptions& options, std::unique_ptr<Theme> theme,
-        const HostSession::PhoneDecorator& decorate, std::string& error);
+    /// Opens the phone and its root page. The result is never null. The decorator stands before the phone's services,
+    /// as for tests; null for none.
+    static Result<std::shared_ptr<SettingsHost>> open(
+        const HostOptions& options, std::unique_ptr<Theme> theme, const HostSession::PhoneDecorator& decorate);
     ~SettingsHost() override;
 
     Theme* theme() const { return _theme.get(); }

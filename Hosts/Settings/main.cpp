@@ -123,11 +123,10 @@ int run(int argumentCount, char** arguments)
     // A text is made with this font before it gets its own; so no other family is ever loaded for it.
     QGuiApplication::setFont(theme->font(usualPoints));
     std::optional<QTemporaryDir> scratch;
-    std::string reason;
-    const auto host = SettingsHost::open(hostOptions(*options, scratch), std::move(theme), nullptr, reason);
+    const auto host = SettingsHost::open(hostOptions(*options, scratch), std::move(theme), nullptr);
     if (!host)
-        return fail(QString::fromStdString(reason), exitFailure);
-    SettingsWindow window(host, std::move(engine));
+        return fail(QString::fromStdString(host.failure().text), exitFailure);
+    SettingsWindow window(*host, std::move(engine));
     if (window.status() == QQuickView::Error)
         return fail(QStringLiteral("the window cannot be made"), exitFailure);
     return options->pictures ? writePictures(window, *options) : showWindow(window, *options);

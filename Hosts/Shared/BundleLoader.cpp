@@ -1,9 +1,9 @@
 #include "Shared/BundleLoader.h"
 
-#include "Storage/DiskFiles.h"
 #include "Foundation/NSBundle.h"
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSString.h"
+#include "Storage/DiskFiles.h"
 
 #include <dlfcn.h>
 
@@ -16,27 +16,21 @@ constexpr const char* moduleSuffix = ".so";
 
 } // namespace
 
-const Class* loadPrincipalClass(const DiskFiles& files, const std::string& bundlePath, std::string& error)
+Result<const Class*> loadPrincipalClass(const DiskFiles& files, const std::string& bundlePath)
 {
     const std::string infoPath = stringByAppendingPathComponent(bundlePath, infoFile);
     const auto info = dictionaryWithContentsOfFile(infoPath);
     const auto* executable = info ? valueForKey(*info, executableKey).string() : nullptr;
     const auto* className = info ? valueForKey(*info, principalClassKey).string() : nullptr;
-    if (!executable || !className) {
-        error = files.hostPath(infoPath) + " is missing, or names no module and principal class";
-        return nullptr;
-    }
+    if (!executable || !className)
+        return Failure { files.hostPath(infoPath) + " is missing, or names no module and principal class" };
     const std::string name = executable->ends_with(moduleSuffix) ? *executable : *executable + moduleSuffix;
     const std::string module = files.hostPath(stringByAppendingPathComponent(bundlePath, name));
-    if (!dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-        error = dlerror();
-        return nullptr;
-    }
+    if (!dlopen(module.c_str(), RTLD_NOW | RTLD_LOCAL))
+        return Failure { dlerror() };
     const Class* principal = NSClassFromString(*className);
-    if (!principal) {
-        error = module + " has no class " + *className;
-        return nullptr;
-    }
+    if (!principal)
+        return Failure { module + " has no class " + *className };
     NSBundle::registerModuleOfClass(*principal, bundlePath);
     return principal;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Phone/Result.h"
 #include "Runtime/Class.h"
 
 #include <string>
@@ -10,5 +11,5 @@ class DiskFiles;
 inline constexpr const char* pluginBundlePath = "/Library/PreferenceBundles/TandemPreferences.bundle";
 
 /// Loads the module of the bundle at that path of the phone, and gives its principal class, as its Info.plist names
-/// them. Null, and the reason in `error`, when there is no such bundle or it cannot be loaded. Modules stay loaded.
-const Class* loadPrincipalClass(const DiskFiles& files, const std::string& bundlePath, std::string& error);
+/// them. Never null. Modules stay loaded.
+Result<const Class*> loadPrincipalClass(const DiskFiles& files, const std::string& bundlePath);

@@ -28,14 +28,14 @@ void hearOfEndedProcesses()
     std::signal(SIGCHLD, SIG_DFL);
 }
 
-/// Points the link at the target, in place of what it pointed to.
-bool refreshLink(const fs::path& link, const std::string& target, std::string& error)
+/// Points the link at the target, in place of what it pointed to. What is no link is left as it is.
+Result<void> refreshLink(const fs::path& link, const std::string& target)
 {
     std::error_code code;
     if (fs::exists(fs::symlink_status(link, code)) && !fs::is_symlink(fs::symlink_status(link, code)))
-        return true;
+        return {};
     if (fs::is_symlink(fs::symlink_status(link, code)) && fs::read_symlink(link, code) == target)
-        return true;
+        return {};
     const fs::path fresh = link.string() + ".new";
     fs::create_directories(link.parent_path(), code);
     if (!code)
@@ -45,22 +45,21 @@ bool refreshLink(const fs::path& link, const std::string& target, std::string& e
     if (!code)
         fs::rename(fresh, link, code);
     if (code)
-        error = link.string() + ": " + code.message();
-    return !code;
+        return Failure { link.string() + ": " + code.message(), code.value() };
+    return {};
 }
 
 } // namespace
 
-std::unique_ptr<HostSession> HostSession::open(
-    const HostOptions& options, const PhoneDecorator& decorate, std::string& error)
+Result<std::unique_ptr<HostSession>> HostSession::open(const HostOptions& options, const PhoneDecorator& decorate)
 {
     hearOfEndedProcesses();
     std::unique_ptr<HostSession> session(new HostSession);
     session->_options = options;
     session->_files = std::make_shared<DiskFiles>(options.root.empty() ? HostOptions::defaultRoot() : options.root);
     Phone phone;
-    if (!session->openPhone(phone, error))
-        return nullptr;
+    if (const auto opened = session->openPhone(phone); !opened)
+        return opened.failure();
 
     phone.propertyLists = std::make_shared<LibplistPropertyLists>();
     phone.files = session->_turnFiles = std::make_shared<TurnFiles>(
@@ -77,10 +76,13 @@ std::unique_ptr<HostSession> HostSession::open(
 
     session->_settingsFile = std::make_unique<SettingsFile>(session->_turnFiles);
     session->_companions = std::make_unique<CompanionFiles>(session->_files);
-    if (options.provision && !session->provision(error))
-        return nullptr;
-    session->_principalClass = loadPrincipalClass(*session->_files, pluginBundlePath, error);
-    return session->_principalClass ? std::move(session) : nullptr;
+    if (const auto made = options.provision ? session->provision() : Result<void>(); !made)
+        return made.failure();
+    const auto principalClass = loadPrincipalClass(*session->_files, pluginBundlePath);
+    if (!principalClass)
+        return principalClass.failure();
+    session->_principalClass = *principalClass;
+    return session;
 }
 
 HostSession::~HostSession()
@@ -90,61 +92,55 @@ HostSession::~HostSession()
         Phone::setCurrent({});
 }
 
-bool HostSession::openPhone(Phone& phone, std::string& error)
+Result<void> HostSession::openPhone(Phone& phone)
 {
     if (_options.phone == HostOptions::linuxPhone) {
         _linuxPhone =
             std::make_unique<LinuxPhone>([files = _files](const std::string& path) { return files->hostPath(path); });
         _linuxPhone->setAppearanceObserver([this] { appearanceChanged(); });
         phone = _linuxPhone->phone();
-        return true;
+        return {};
     }
-    _demoPhone = DemoPhone::open(_options.phone == HostOptions::demoPhone ? ownDemoPhone() : _options.phone, error);
-    if (_demoPhone)
-        phone = _demoPhone->phone();
-    return _demoPhone != nullptr;
+    auto demo = DemoPhone::open(_options.phone == HostOptions::demoPhone ? ownDemoPhone() : _options.phone);
+    if (!demo)
+        return demo.failure();
+    _demoPhone = std::move(*demo);
+    phone = _demoPhone->phone();
+    return {};
 }
 
-bool HostSession::provision(std::string& error)
+Result<void> HostSession::provision()
 {
     const std::string bundle = ownBundleDirectory();
-    if (bundle.empty()) {
-        error = "TandemPreferences.bundle is neither beside this program nor installed";
-        return false;
-    }
-    if (!refreshLink(_files->hostPath(pluginBundlePath), bundle, error))
-        return false;
+    if (bundle.empty())
+        return Failure { "TandemPreferences.bundle is neither beside this program nor installed" };
+    if (auto linked = refreshLink(_files->hostPath(pluginBundlePath), bundle); !linked)
+        return linked;
     const bool locked = _settingsFile->lock();
-    const auto made = _settingsFile->provision();
+    auto made = _settingsFile->provision();
     if (made)
         _notice = _settingsFile->repair();
     if (locked)
         _settingsFile->unlock();
-    if (!made)
-        error = made.failure().text;
-    return bool(made);
+    return made;
 }
 
-bool HostSession::openRootPage(const std::shared_ptr<UIPresentationObserver>& observer, CGSize size, std::string& error)
+Result<void> HostSession::openRootPage(const std::shared_ptr<UIPresentationObserver>& observer, CGSize size)
 {
     _root = _principalClass->allocAs<PSListController>();
-    if (!_root) {
-        error = _principalClass->name() + " is no page";
-        return false;
-    }
+    if (!_root)
+        return Failure { _principalClass->name() + " is no page" };
     _navigation = std::make_shared<UINavigationController>();
     _navigation->setObserver(observer);
     _companions->note();
-    const auto failure = turn([&] {
+    return turn([&] {
         _root->initForContentSize(size);
         _root->setSpecifier(PSSpecifier::groupSpecifierWithName(productEntry));
         _navigation->pushViewController_animated(_root, false);
     });
-    error = failure.value_or(std::string());
-    return !failure;
 }
 
-std::optional<std::string> HostSession::turn(const std::function<void()>& act)
+Result<void> HostSession::turn(const std::function<void()>& act)
 {
     const TurnEnd end { *this };
     if (_linuxPhone)
@@ -160,9 +156,9 @@ std::optional<std::string> HostSession::turn(const std::function<void()>& act)
     } catch (const std::out_of_range& rangeError) {
         if (const auto& log = Phone::current().systemLog)
             log->write(rangeError.what());
-        return rangeError.what();
+        return Failure { rangeError.what() };
     }
-    return std::nullopt;
+    return {};
 }
 
 HostSession::TurnEnd::~TurnEnd()

@@ -25,19 +25,16 @@ public:
 
     ~HostSession();
 
-    /// Opens the phone and loads the bundle. Null, and one line that says why in `error`, when either cannot be.
-    static std::unique_ptr<HostSession> open(
-        const HostOptions& options, const PhoneDecorator& decorate, std::string& error);
+    /// Opens the phone and loads the bundle. The result is never null.
+    static Result<std::unique_ptr<HostSession>> open(const HostOptions& options, const PhoneDecorator& decorate);
 
-    /// Makes the root page and puts it on the stack, observed by the host. False, and why in `error`, when its rows
-    /// cannot be built.
-    bool openRootPage(const std::shared_ptr<UIPresentationObserver>& observer, CGSize size, std::string& error);
+    /// Makes the root page and puts it on the stack, observed by the host. Fails when its rows cannot be built.
+    Result<void> openRootPage(const std::shared_ptr<UIPresentationObserver>& observer, CGSize size);
 
     /// One turn: takes the settings lock, catches up with changes by other processes, acts, keeps the last good copy,
     /// releases the lock, and drains what the platform holds for a turn. The list's range error leaves the page as it
-    /// was: it is logged, and its text is the result. Nothing when all went well. Other exceptions of `act` go on to
-    /// the caller.
-    std::optional<std::string> turn(const std::function<void()>& act);
+    /// was: it is logged, and the turn fails with its text. Other exceptions of `act` go on to the caller.
+    Result<void> turn(const std::function<void()>& act);
 
     UINavigationController& navigation() { return *_navigation; }
     std::shared_ptr<PSListController> rootPage() const { return _root; }
@@ -69,9 +66,9 @@ private:
 
     HostSession() = default;
 
-    bool openPhone(Phone& phone, std::string& error);
+    Result<void> openPhone(Phone& phone);
     void appearanceChanged();
-    bool provision(std::string& error);
+    Result<void> provision();
     void catchUp();
     void reloadPages();
 

@@ -279,21 +279,19 @@ std::string describe(const std::string& file, const Fault& fault)
 
 Bytes contentOf(const std::string& file)
 {
-    std::string problem;
-    auto text = contentOfFile(file, largestFile, problem);
+    auto text = contentOfFile(file, largestFile);
     if (!text)
-        throw Fault { "", problem };
+        throw Fault { "", text.failure().text };
     return std::move(*text);
 }
 
 } // namespace
 
-std::optional<DemoDescription> readDemoDescription(const std::string& file, std::string& error)
+Result<DemoDescription> readDemoDescription(const std::string& file)
 {
     try {
         return readPhone(Node(parse(contentOf(file)), ""));
     } catch (const Fault& fault) {
-        error = describe(file, fault);
-        return std::nullopt;
+        return Failure { describe(file, fault) };
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Phone/PairedDevices.h"
+#include "Phone/Result.h"
 #include "Phone/Subscriptions.h"
 
 #include <map>
@@ -22,6 +23,6 @@ struct DemoDescription {
     std::vector<std::string> photos;
 };
 
-/// Nothing, and in `error` one line that names the file, the place in it and what is wrong there, when the file does
-/// not describe a phone. Raises nothing, whatever the file holds.
-std::optional<DemoDescription> readDemoDescription(const std::string& file, std::string& error);
+/// Fails with the name of the file, the place in it and what is wrong there, when the file does not describe a phone.
+/// Raises nothing, whatever the file holds.
+Result<DemoDescription> readDemoDescription(const std::string& file);

@@ -24,10 +24,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<DemoPhone> DemoPhone::open(const std::string& file, std::string& error)
+Result<std::unique_ptr<DemoPhone>> DemoPhone::open(const std::string& file)
 {
-    auto description = readDemoDescription(file, error);
-    return description ? std::unique_ptr<DemoPhone>(new DemoPhone(std::move(*description), file)) : nullptr;
+    auto description = readDemoDescription(file);
+    if (!description)
+        return description.failure();
+    return std::unique_ptr<DemoPhone>(new DemoPhone(std::move(*description), file));
 }
 
 DemoPhone::DemoPhone(DemoDescription description, const std::string& file)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Phone/Phone.h"
+#include "Phone/Result.h"
 
 #include <memory>
 #include <string>
@@ -21,8 +22,8 @@ struct DemoDescription;
 /// picture files are relative to that file; they are read when they are asked for, so a phone is there at once.
 class DemoPhone {
 public:
-    /// Null, and in `error` one line that says what is wrong and where, when the file does not describe a phone.
-    static std::unique_ptr<DemoPhone> open(const std::string& file, std::string& error);
+    /// Fails with what is wrong and where, when the file does not describe a phone.
+    static Result<std::unique_ptr<DemoPhone>> open(const std::string& file);
 
     /// Without property lists, files, images, system log and text measure, which the caller adds. Its services are the
     /// same at each call, and live on when this object is gone.

@@ -41,8 +41,7 @@ Value DemoHomeScreen::archivedIcon(const std::string& app)
 
 Value DemoHomeScreen::archiveOfPicture(const std::string& file) const
 {
-    std::string problem;
-    auto bytes = contentOfFile(file, largestPicture, problem);
+    auto bytes = contentOfFile(file, largestPicture);
     const auto icon = bytes ? UIImage::imageWithData(std::move(*bytes), _scale) : nullptr;
     auto archive = icon ? NSKeyedArchiver::archivedDataWithRootObject(icon) : std::nullopt;
     return archive ? Value(std::move(*archive)) : Value();

@@ -116,17 +116,14 @@ void WindowTest::openWindowOn(std::unique_ptr<Theme> theme, const HostSession::P
     options.root = _root.path().toStdString();
     if (!_phone.empty())
         options.phone = _phone;
-    std::string error;
-    const auto host = SettingsHost::open(
-        options, std::move(theme),
-        [&](Phone& phone) {
-            if (exchange)
-                exchange(phone);
-            _events->decorate(phone);
-            _events->observeProcess();
-        },
-        error);
-    ASSERT_TRUE(host) << error;
+    const auto opened = SettingsHost::open(options, std::move(theme), [&](Phone& phone) {
+        if (exchange)
+            exchange(phone);
+        _events->decorate(phone);
+        _events->observeProcess();
+    });
+    ASSERT_TRUE(opened) << opened.failure().text;
+    const auto& host = *opened;
     _witness = Witness::standBefore(host, _events);
     _window = std::make_unique<SettingsWindow>(host);
     ASSERT_EQ(_window->status(), QQuickView::Ready);

@@ -33,10 +33,10 @@ protected:
         options.phone = folder / "phone.json";
         options.root = folder;
         options.provision = false;
-        std::string error;
-        session = HostSession::open(options, nullptr, error);
-        EXPECT_TRUE(session) << error;
-        EXPECT_TRUE(session->openRootPage(nullptr, { 375, 667 }, error)) << error;
+        auto opened = HostSession::open(options, nullptr);
+        EXPECT_TRUE(opened) << opened.failure().text;
+        session = std::move(*opened);
+        EXPECT_TRUE(session->openRootPage(nullptr, { 375, 667 }));
     }
     ~Session() override
     {
@@ -75,11 +75,12 @@ TEST_F(Session, ATurnClosesTheImageContextsThatPagesLeaveOpen)
 
 TEST_F(Session, ATurnThatFailsClosesImageContextsToo)
 {
-    const auto failure = session->turn([] {
+    const auto done = session->turn([] {
         openContext();
         throw std::out_of_range("no such row");
     });
-    EXPECT_EQ(failure, "no such row");
+    ASSERT_FALSE(done);
+    EXPECT_EQ(done.failure().text, "no such row");
     EXPECT_EQ(UIGraphicsDrainImageContexts(), 0U);
 }
 
@@ -88,8 +89,7 @@ TEST_F(Session, ChildrenOfAParentThatIgnoresThemAreHeardOf)
     std::signal(SIGCHLD, SIG_IGN);
     HostOptions options;
     options.phone = folder / "missing.json";
-    std::string error;
-    EXPECT_FALSE(HostSession::open(options, nullptr, error));
+    EXPECT_FALSE(HostSession::open(options, nullptr));
     EXPECT_EQ(std::signal(SIGCHLD, SIG_DFL), SIG_DFL);
 }
 

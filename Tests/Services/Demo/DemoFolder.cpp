@@ -33,17 +33,17 @@ void DemoFolder::write(const std::string& name, const std::string& content) cons
 std::unique_ptr<DemoPhone> DemoFolder::open(const std::string& text) const
 {
     write(phoneFile, text);
-    std::string error;
-    auto phone = DemoPhone::open(path(phoneFile), error);
-    EXPECT_TRUE(phone) << error;
-    return phone;
+    auto phone = DemoPhone::open(path(phoneFile));
+    EXPECT_TRUE(phone) << phone.failure().text;
+    return phone ? std::move(*phone) : nullptr;
 }
 
 std::string DemoFolder::faultOf(const std::string& text) const
 {
     write(phoneFile, text);
-    std::string error;
-    EXPECT_FALSE(DemoPhone::open(path(phoneFile), error));
+    const auto phone = DemoPhone::open(path(phoneFile));
+    EXPECT_FALSE(phone);
+    const std::string error = phone ? "" : phone.failure().text;
     const std::string name = path(phoneFile) + ": ";
     EXPECT_TRUE(error.starts_with(name)) << error;
     return error.substr(std::min(name.size(), error.size()));

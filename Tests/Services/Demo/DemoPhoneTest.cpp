@@ -18,7 +18,15 @@ std::string times(std::size_t count, const std::string& text)
     return all;
 }
 
-class DemoPhoneFile : public DemoFolder { };
+class DemoPhoneFile : public DemoFolder {
+protected:
+    /// Why the file of that name describes no phone.
+    static std::string faultOfFile(const std::string& file)
+    {
+        const auto demo = DemoPhone::open(file);
+        return demo ? "" : demo.failure().text;
+    }
+};
 
 } // namespace
 
@@ -199,23 +207,16 @@ TEST_F(DemoPhoneFile, TooLarge)
 
 TEST_F(DemoPhoneFile, NoFile)
 {
-    std::string error;
-    EXPECT_FALSE(DemoPhone::open(path("nowhere.json"), error));
-    EXPECT_EQ(error, path("nowhere.json") + ": no such file");
-    EXPECT_FALSE(DemoPhone::open(path("phone.json/inside"), error));
-    EXPECT_EQ(error, path("phone.json/inside") + ": no such file");
-    EXPECT_FALSE(DemoPhone::open("", error));
-    EXPECT_EQ(error, ": no such file");
+    EXPECT_EQ(faultOfFile(path("nowhere.json")), path("nowhere.json") + ": no such file");
+    EXPECT_EQ(faultOfFile(path("phone.json/inside")), path("phone.json/inside") + ": no such file");
+    EXPECT_EQ(faultOfFile(""), ": no such file");
 }
 
 TEST_F(DemoPhoneFile, NoRegularFile)
 {
-    std::string error;
-    EXPECT_FALSE(DemoPhone::open(path(""), error));
-    EXPECT_EQ(error, path("") + ": not a regular file");
+    EXPECT_EQ(faultOfFile(path("")), path("") + ": not a regular file");
     ASSERT_EQ(mkfifo(path("pipe").c_str(), S_IRUSR | S_IWUSR), 0);
-    EXPECT_FALSE(DemoPhone::open(path("pipe"), error));
-    EXPECT_EQ(error, path("pipe") + ": not a regular file");
+    EXPECT_EQ(faultOfFile(path("pipe")), path("pipe") + ": not a regular file");
 }
 
 TEST_F(DemoPhoneFile, PhotosStandBesideTheFile)
@@ -229,10 +230,9 @@ TEST_F(DemoPhoneFile, PhotosOfFileNamedFromTheWorkingDirectory)
 {
     write("phone.json", R"({"photos": ["a.png"]})");
     const std::string name = std::filesystem::relative(path("phone.json")).string();
-    std::string error;
-    const auto demo = DemoPhone::open(name, error);
-    ASSERT_TRUE(demo) << error;
-    EXPECT_EQ(demo->photos(), std::vector<std::string> { path("a.png") });
+    const auto demo = DemoPhone::open(name);
+    ASSERT_TRUE(demo) << demo.failure().text;
+    EXPECT_EQ((*demo)->photos(), std::vector<std::string> { path("a.png") });
 }
 
 TEST_F(DemoPhoneFile, MailAndLinksAreKept)

@@ -26,9 +26,9 @@ class ShippedDemoPhone : public testing::Test {
 public:
     ShippedDemoPhone()
     {
-        std::string error;
-        demo = DemoPhone::open(demoFile, error);
-        EXPECT_TRUE(demo) << error;
+        auto opened = DemoPhone::open(demoFile);
+        EXPECT_TRUE(opened) << opened.failure().text;
+        demo = std::move(*opened);
         Phone phone = demo->phone();
         phone.propertyLists = std::make_shared<LibplistPropertyLists>();
         phone.images = std::make_shared<QtImages>();
