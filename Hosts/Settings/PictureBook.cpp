@@ -55,15 +55,12 @@ QQuickItem* firstItem(QQuickItem* below, const Predicate& isWanted)
 
 } // namespace
 
-bool PictureBook::write(QString& error)
+Result<void> PictureBook::write()
 {
-    if (!QDir().mkpath(_folder)) {
-        error = QStringLiteral("%1 cannot be made").arg(_folder);
-        return false;
-    }
+    if (!QDir().mkpath(_folder))
+        return Failure { _folder.toStdString() + " cannot be made" };
     writeAll();
-    error = _error;
-    return _error.isEmpty();
+    return _written;
 }
 
 void PictureBook::writeAll()
@@ -180,8 +177,8 @@ void PictureBook::takePicture(const QString& name)
         settle();
         const QLatin1String appearance(dark ? "dark" : "light");
         const QString file = QDir(_folder).filePath(QStringLiteral("%1-%2.png").arg(name, appearance));
-        if (!_window.grabWindow().save(file) && _error.isEmpty())
-            _error = QStringLiteral("%1 cannot be written").arg(file);
+        if (!_window.grabWindow().save(file) && _written)
+            _written = Failure { file.toStdString() + " cannot be written" };
     }
     _window.host().setDark(false);
 }

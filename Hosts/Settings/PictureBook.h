@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Phone/Result.h"
+
 #include <QString>
 
 class SettingsWindow;
@@ -14,8 +16,8 @@ public:
     {
     }
 
-    /// False, and why in `error`, when a picture cannot be written.
-    bool write(QString& error);
+    /// Fails when a picture cannot be written.
+    Result<void> write();
 
 private:
     void writeAll();
@@ -33,5 +35,6 @@ private:
 
     SettingsWindow& _window;
     QString _folder;
-    QString _error;
+    /// The first failure counts.
+    Result<void> _written;
 };

@@ -15,12 +15,13 @@ public:
     {
     }
 
-    std::optional<WindowOptions> parse(QString& error)
+    Result<WindowOptions> parse()
     {
         while (_next < _words.size() && _error.isEmpty())
             take(QString::fromStdString(_words[_next++]));
-        error = _error;
-        return _error.isEmpty() ? std::optional(_options) : std::nullopt;
+        if (!_error.isEmpty())
+            return Failure { _error.toStdString() };
+        return _options;
     }
 
 private:
@@ -87,9 +88,9 @@ private:
 
 } // namespace
 
-std::optional<WindowOptions> WindowOptions::parse(const std::vector<std::string>& words, QString& error)
+Result<WindowOptions> WindowOptions::parse(const std::vector<std::string>& words)
 {
-    return Parser(words).parse(error);
+    return Parser(words).parse();
 }
 
 QString WindowOptions::usage()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Phone/Result.h"
 #include "Shared/HostOptions.h"
 
 #include <QString>
@@ -24,8 +25,8 @@ struct WindowOptions {
     bool untilFirstFrame = false;
     bool help = false;
 
-    /// Nothing, and one line that says what is wrong in `error`, for words that are no options of ours. Options of the
-    /// toolkit, with one dash, are left to it.
-    static std::optional<WindowOptions> parse(const std::vector<std::string>& words, QString& error);
+    /// Fails with what is wrong for words that are no options of ours. Options of the toolkit, with one dash, are left
+    /// to it.
+    static Result<WindowOptions> parse(const std::vector<std::string>& words);
     static QString usage();
 };

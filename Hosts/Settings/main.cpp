@@ -28,9 +28,9 @@ constexpr const char* graphicsVariable = "QSG_RHI_BACKEND";
 /// Pictures have so many pixels a point.
 constexpr const char* pictureScale = "2";
 
-int fail(const QString& message, int code)
+int fail(const std::string& message, int code)
 {
-    std::fprintf(stderr, "tandem-settings: %s\n", qUtf8Printable(message));
+    std::fprintf(stderr, "tandem-settings: %s\n", message.c_str());
     return code;
 }
 
@@ -68,8 +68,8 @@ int writePictures(SettingsWindow& window, const WindowOptions& options)
 {
     window.resize(options.width, window.height());
     window.show();
-    QString error;
-    return PictureBook(window, *options.pictures).write(error) ? 0 : fail(error, exitFailure);
+    const auto written = PictureBook(window, *options.pictures).write();
+    return written ? 0 : fail(written.failure().text, exitFailure);
 }
 
 /// Pictures show a phone that nobody has used, or the one at the root as it is: what is worked for them is a copy.
@@ -92,10 +92,9 @@ HostOptions hostOptions(const WindowOptions& options, std::optional<QTemporaryDi
 
 int run(int argumentCount, char** arguments)
 {
-    QString error;
-    const auto options = WindowOptions::parse({ arguments + 1, arguments + argumentCount }, error);
+    const auto options = WindowOptions::parse({ arguments + 1, arguments + argumentCount });
     if (!options)
-        return fail(error + QStringLiteral(" (tandem-settings --help tells more)"), exitUsage);
+        return fail(options.failure().text + " (tandem-settings --help tells more)", exitUsage);
     if (options->help) {
         std::fputs(qUtf8Printable(WindowOptions::usage()), stdout);
         return 0;
@@ -125,10 +124,10 @@ int run(int argumentCount, char** arguments)
     std::optional<QTemporaryDir> scratch;
     const auto host = SettingsHost::open(hostOptions(*options, scratch), std::move(theme), nullptr);
     if (!host)
-        return fail(QString::fromStdString(host.failure().text), exitFailure);
+        return fail(host.failure().text, exitFailure);
     SettingsWindow window(*host, std::move(engine));
     if (window.status() == QQuickView::Error)
-        return fail(QStringLiteral("the window cannot be made"), exitFailure);
+        return fail("the window cannot be made", exitFailure);
     return options->pictures ? writePictures(window, *options) : showWindow(window, *options);
 }
 
