@@ -6,6 +6,7 @@
 #include "TDAppIcons.h"
 #include "TDPageStyle.h"
 #include "TDRowBinding.h"
+#include "libtandem/TDProduct.h"
 #include "libtandem/TDSettings.h"
 #include "libtandem/TDUtils.h"
 #include "libvexil/VXWebKitViewController.h"
@@ -17,7 +18,6 @@ NS_IMPLEMENTATION(TDRootListController, NS_METHOD(loadSettings), NS_METHOD(updat
 namespace {
 
 constexpr const char* pageDefinition = "Root";
-constexpr const char* settingsChangedNotification = "com.vexil.tandemSettingsChanged";
 constexpr const char* productsIdentifier = "VexilProducts";
 constexpr const char* simSettingsIdentifier = "TDSimSettingsController";
 constexpr const char* titleImageName = "Tandem";
@@ -30,17 +30,11 @@ constexpr const char* serializationFailure =
     "com.vexil.Tandem: Error => Unable to save settings to %@ and settings: %@ AND error: %@";
 constexpr const char* writeFailure = "com.vexil.Tandem: Error => Unable to save settings to %@ and settings: %@";
 
-std::string settingsPath()
-{
-    const std::string preferences = stringByAppendingPathComponent("/var/mobile", "Library/Preferences");
-    return stringByAppendingPathComponent(preferences, "com.vexil.tandem.plist");
-}
-
 } // namespace
 
 void TDRootListController::loadSettings()
 {
-    setSettings(dictionaryWithContentsOfFile(settingsPath()));
+    setSettings(dictionaryWithContentsOfFile(TDProduct::settingsPath()));
 }
 
 void TDRootListController::updateSettingsDict_forKey(const Value& value, const Value& key)
@@ -58,7 +52,7 @@ void TDRootListController::writeSettings()
 {
     const Value settings = _settings ? Value(*_settings) : Value();
     const SerializedPropertyList serialized = dataWithPropertyList(settings);
-    const std::string path = settingsPath();
+    const std::string path = TDProduct::settingsPath();
     if (serialized.error) {
         TDUtils::logMessage(serializationFailure, { path, settings, serialized.error });
         return;
@@ -148,7 +142,7 @@ void TDRootListController::viewDidLoad()
     UIView::animateWithDuration_animations(
         titleFadeSeconds, [page = self()] { page->navigationItem().titleView->setAlpha(1); });
     NSNotificationCenter::defaultCenter().addObserver_selector_name(
-        self(), "tandemSettingsChanged:", settingsChangedNotification);
+        self(), "tandemSettingsChanged:", TDProduct::settingsChangedNotification);
 }
 
 void TDRootListController::tandemSettingsChanged(const Value& /*notification*/)

@@ -6,9 +6,6 @@
 
 class DiskFiles;
 
-/// The path of the plug-in's bundle on the phone.
-inline constexpr const char* pluginBundlePath = "/Library/PreferenceBundles/TandemPreferences.bundle";
-
 /// Loads the module of the bundle at that path of the phone, and gives its principal class, as its Info.plist names
 /// them. Null, and the reason in `error`, when there is no such bundle or it cannot be loaded. Modules stay loaded.
 const Class* loadPrincipalClass(const DiskFiles& files, const std::string& bundlePath, std::string& error);

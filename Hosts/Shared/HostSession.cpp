@@ -6,6 +6,7 @@
 #include "Shared/StderrLog.h"
 #include "Storage/LibplistPropertyLists.h"
 #include "UIKit/UIImage.h"
+#include "libtandem/TDProduct.h"
 #include "libtandem/TDSettings.h"
 
 #include <cstdlib>
@@ -16,7 +17,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* settingsChangedNotification = "com.vexil.tandemSettingsChanged";
 /// The name of the entry by which a Settings application opens the product.
 constexpr const char* productEntry = "Pairo";
 
@@ -90,7 +90,7 @@ std::unique_ptr<HostSession> HostSession::open(
     session->_companions = std::make_unique<CompanionFiles>(session->_files);
     if (options.provision && !session->provision(error))
         return nullptr;
-    session->_principalClass = loadPrincipalClass(*session->_files, pluginBundlePath, error);
+    session->_principalClass = loadPrincipalClass(*session->_files, TDProduct::bundlePath(), error);
     return session->_principalClass ? std::move(session) : nullptr;
 }
 
@@ -120,10 +120,10 @@ bool HostSession::provision(std::string& error)
 {
     const std::string bundle = ownBundleDirectory();
     if (bundle.empty()) {
-        error = "TandemPreferences.bundle is neither beside this program nor installed";
+        error = std::string(TDProduct::bundleName) + " is neither beside this program nor installed";
         return false;
     }
-    if (!refreshLink(_files->hostPath(pluginBundlePath), bundle, error))
+    if (!refreshLink(_files->hostPath(TDProduct::bundlePath()), bundle, error))
         return false;
     const bool locked = _settingsFile->lock();
     const bool made = _settingsFile->provision(error);
@@ -188,7 +188,7 @@ HostSession::TurnEnd::~TurnEnd()
 void HostSession::catchUp()
 {
     TDSettings::sharedSettings()->reloadSettings();
-    NSNotificationCenter::defaultCenter().postNotificationName(settingsChangedNotification);
+    NSNotificationCenter::defaultCenter().postNotificationName(TDProduct::settingsChangedNotification);
     reloadPages();
 }
 

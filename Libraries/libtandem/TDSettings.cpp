@@ -5,6 +5,7 @@
 #include "Foundation/NSString.h"
 #include "Phone/Phone.h"
 #include "libtandem/TDLogFile.h"
+#include "libtandem/TDProduct.h"
 
 #include <chrono>
 
@@ -12,8 +13,6 @@ NS_IMPLEMENTATION(TDSettings, NS_METHOD(reloadSettings))
 
 namespace {
 
-constexpr const char* settingsFile = "/var/mobile/Library/Preferences/com.vexil.tandem.plist";
-constexpr const char* bindingsFile = "/var/mobile/Library/Preferences/com.vexil.tandem.bluetooth.plist";
 constexpr const char* damagedSuffix = ".torn";
 constexpr const char* boundKey = "bound";
 constexpr const char* simKey = "sim";
@@ -34,11 +33,11 @@ public:
     Value of(const std::string& address)
     {
         const auto& files = Phone::current().files;
-        const auto stamp = files ? files->stamp(bindingsFile) : std::nullopt;
+        const auto stamp = files ? files->stamp(TDProduct::bindingsPath()) : std::nullopt;
         if (!stamp)
             return {};
         if (stamp != _stamp) {
-            _bindings = dictionaryWithContentsOfFile(bindingsFile).value_or(Dictionary());
+            _bindings = dictionaryWithContentsOfFile(TDProduct::bindingsPath()).value_or(Dictionary());
             _stamp = isSettled(*stamp) ? stamp : std::nullopt;
         }
         return valueForKey(_bindings, address);
@@ -59,10 +58,11 @@ Value bindingOf(const std::string& address)
 /// written over.
 Dictionary bindingsToChange()
 {
-    if (auto bindings = dictionaryWithContentsOfFile(bindingsFile))
+    const std::string path = TDProduct::bindingsPath();
+    if (auto bindings = dictionaryWithContentsOfFile(path))
         return std::move(*bindings);
-    if (const auto damaged = dataWithContentsOfFile(bindingsFile); damaged && !damaged->empty())
-        writeToFile(*damaged, std::string(bindingsFile) + damagedSuffix, Atomically::Yes);
+    if (const auto damaged = dataWithContentsOfFile(path); damaged && !damaged->empty())
+        writeToFile(*damaged, path + damagedSuffix, Atomically::Yes);
     return {};
 }
 
@@ -74,7 +74,7 @@ void writeBinding(const std::string& address, bool bound, const std::optional<st
         binding.emplace(simKey, *sim);
     bindings.insert_or_assign(address, std::move(binding));
     if (const auto serialized = dataWithPropertyList(bindings); serialized.data)
-        writeToFile(*serialized.data, bindingsFile, Atomically::Yes);
+        writeToFile(*serialized.data, TDProduct::bindingsPath(), Atomically::Yes);
 }
 
 } // namespace
@@ -91,7 +91,7 @@ std::shared_ptr<TDSettings> TDSettings::sharedSettings()
 
 void TDSettings::load()
 {
-    _settings = dictionaryWithContentsOfFile(settingsFile).value_or(Dictionary());
+    _settings = dictionaryWithContentsOfFile(TDProduct::settingsPath()).value_or(Dictionary());
 }
 
 void TDSettings::reloadSettings()

@@ -2,6 +2,7 @@
 
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSString.h"
+#include "Foundation/UserDirectories.h"
 #include "Phone/Phone.h"
 #include "UIKit/UIAlertController.h"
 #include "libvexil/VXLogMask.h"
@@ -22,7 +23,6 @@ NS_IMPLEMENTATION(VXMiscSettingsViewController, NS_METHOD(hasCustomNavigationBar
 namespace {
 
 constexpr const char* supportAddress = "support@vexil.example";
-constexpr const char* logDirectory = "/var/mobile/Library/Logs";
 constexpr const char* noLogMessage = "There is no log yet. Use the phone with logging turned on and try again.";
 constexpr const char* noMailMessage = "No mail program could be reached.";
 constexpr const char* noCopyMessage = "The log could not be copied.";
@@ -181,7 +181,7 @@ void VXMiscSettingsViewController::showError(const std::string& message)
 
 void VXMiscSettingsViewController::emailLogFile(const Value& /*sender*/)
 {
-    const std::string log = stringByAppendingPathComponent(logDirectory, serviceName() + ".log");
+    const std::string log = stringByAppendingPathComponent(logsDirectory(), serviceName() + ".log");
     const auto& mail = Phone::current().mail;
     if (!textOfFile(log))
         showError(translated(noLogMessage));
