@@ -72,5 +72,5 @@ void TDMiscSettingsController::setPreferenceValue_specifier(const Value& value, 
         root->performSelector(updateSelector, valueToStore(value, *row), row->propertyForKey(PSProperty::key));
         TDSettings::sharedSettings()->reloadSettings();
     }
-    postNotificationOf(*row);
+    row->postNotification();
 }

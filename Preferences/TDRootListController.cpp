@@ -130,7 +130,7 @@ void TDRootListController::setPreferenceValue_specifier(const Value& value, cons
     if (!row)
         return;
     updateSettingsDict_forKey(valueToStore(value, *row), row->propertyForKey(PSProperty::key));
-    postNotificationOf(*row);
+    row->postNotification();
 }
 
 void TDRootListController::viewDidLoad()

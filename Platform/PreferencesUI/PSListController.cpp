@@ -197,9 +197,7 @@ void PSListController::setPreferenceValue_specifier(const Value& value, const Ro
         stored.erase(*key);
     if (const auto serialized = dataWithPropertyList(stored); serialized.data)
         writeToFile(*serialized.data, path, Atomically::Yes);
-    const auto* notification = row->propertyForKey(PSProperty::postNotification).string();
-    if (notification && Phone::current().darwinNotifications)
-        Phone::current().darwinNotifications->post(*notification);
+    row->postNotification();
 }
 
 void PSListController::viewDidLoad()

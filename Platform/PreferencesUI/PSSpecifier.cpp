@@ -1,6 +1,7 @@
 #include "PreferencesUI/PSSpecifier.h"
 
 #include "Foundation/NSString.h"
+#include "Phone/Phone.h"
 
 #include <array>
 #include <stdexcept>
@@ -61,6 +62,25 @@ void PSSpecifier::setProperty_forKey(const Value& value, const std::string& key)
         _properties.erase(key);
     else
         _properties.insert_or_assign(key, value);
+}
+
+bool PSSpecifier::isEnabled() const
+{
+    const Value& enabled = propertyForKey(PSProperty::enabled);
+    return enabled.isNull() || enabled.boolValue();
+}
+
+std::optional<std::string> PSSpecifier::notificationName() const
+{
+    return propertyForKey(PSProperty::postNotification).optionalString();
+}
+
+void PSSpecifier::postNotification() const
+{
+    const auto name = notificationName();
+    const auto& center = Phone::current().darwinNotifications;
+    if (name && center)
+        center->post(*name);
 }
 
 Value PSSpecifier::performGetter() const

@@ -103,6 +103,13 @@ public:
     const Value& propertyForKey(std::string_view key) const { return valueForKey(_properties, key); }
     /// Null takes the property away.
     void setProperty_forKey(const Value& value, const std::string& key);
+    /// False for a row that is shown but cannot be worked ("enabled"); without the property it can.
+    bool isEnabled() const;
+    /// The notification that other processes get after the row's value was stored ("PostNotification"); absent for
+    /// none.
+    std::optional<std::string> notificationName() const;
+    /// Posts that notification; does nothing for a row without one.
+    void postNotification() const;
 
     /// The row's value, as its target reads it; null without a getter or a target.
     Value performGetter() const;

@@ -57,8 +57,7 @@ void PSTableCell::refreshCellContentsWithSpecifier(const Row& row)
         return;
     setTitle(row->name());
     imageView()->setImage(row->propertyForKey(PSProperty::iconImage).as<UIImage>());
-    const Value& enabled = row->propertyForKey(PSProperty::enabled);
-    setUserInteractionEnabled(enabled.isNull() || enabled.boolValue());
+    setUserInteractionEnabled(row->isEnabled());
     setAccessoryType(row->detailControllerClass() ? UITableViewCellAccessoryType::DisclosureIndicator
                                                   : UITableViewCellAccessoryType::None);
     if (row->cellType() == PSCellType::StaticText)

@@ -1,4 +1,5 @@
 #include "PreferencesUI/PSSpecifier.h"
+#include "Support/Fakes.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -124,6 +125,34 @@ TEST_F(Specifiers, KeepPropertiesUntilTheyAreSetToNull)
     row->setProperty_forKey(nullptr, "never there");
     EXPECT_EQ(row->propertyForKey("key"), Value());
     EXPECT_EQ(row->properties().size(), 2U);
+}
+
+TEST_F(Specifiers, AreEnabledUnlessTheirPropertySaysOtherwise)
+{
+    const Row row = PSSpecifier::emptyGroupSpecifier();
+    EXPECT_TRUE(row->isEnabled());
+    const std::pair<Value, bool> cases[] = { { true, true }, { false, false }, { 1, true }, { 0, false },
+        { "YES", true }, { "no", false }, { Array { true }, false } };
+    for (const auto& [property, enabled] : cases) {
+        row->setProperty_forKey(property, PSProperty::enabled);
+        EXPECT_EQ(row->isEnabled(), enabled);
+    }
+}
+
+TEST_F(Specifiers, PostTheirNotificationWhereItHasAName)
+{
+    const auto posted = std::make_shared<RecordedNotifications>();
+    Phone::current().darwinNotifications = posted;
+    const Row row = PSSpecifier::emptyGroupSpecifier();
+    for (const Value& name : { Value(), Value("changed"), Value(5) }) {
+        row->setProperty_forKey(name, PSProperty::postNotification);
+        EXPECT_EQ(row->notificationName(), name.optionalString());
+        row->postNotification();
+    }
+    EXPECT_EQ(posted->names, Strings { "changed" });
+    Phone::setCurrent({});
+    row->setProperty_forKey("changed", PSProperty::postNotification);
+    row->postNotification();
 }
 
 TEST_F(Specifiers, ReadAndWriteThroughTheirTarget)
