@@ -50,13 +50,8 @@ const Rows& TDCallsSettingsController::specifiers()
 void TDCallsSettingsController::enableTandemForCalls_specifier(const Value& value, const Row& row)
 {
     setPreferenceValue_specifier(value, row);
-    if (_specifiers) {
-        if (value.boolValue())
-            insertFeatureRows();
-        else
-            removeFeatureRows();
-    }
-    reloadSpecifiers();
+    followSwitch(
+        value, [&] { insertFeatureRows(); }, [&] { removeFeatureRows(); });
 }
 
 void TDCallsSettingsController::insertFeatureRows()
@@ -64,7 +59,7 @@ void TDCallsSettingsController::insertFeatureRows()
     const Rows fresh = loadSpecifiersFromPlistName_target(pageDefinition, self());
     const auto feature = static_cast<std::size_t>(vx__indexByIdentifier_identifier(fresh, featureIdentifier));
     for (std::size_t i = feature + 1; i < fresh.size() - 1; ++i)
-        insertSpecifier_atIndex_animated(fresh.at(i), i, true);
+        insertSpecifier_atIndex_animated(rowAtIndex(fresh, i), i, true);
 }
 
 void TDCallsSettingsController::removeFeatureRows()

@@ -92,13 +92,8 @@ void TDRootListController::tandemEnabledOrDisabled_specifier(const Value& value,
 {
     setPreferenceValue_specifier(value, row);
     TDSettings::sharedSettings()->reloadSettings();
-    if (_specifiers) {
-        if (value.boolValue())
-            insertEnabledRows();
-        else
-            removeEnabledRows();
-    }
-    reloadSpecifiers();
+    followSwitch(
+        value, [&] { insertEnabledRows(); }, [&] { removeEnabledRows(); });
 }
 
 void TDRootListController::insertEnabledRows()

@@ -2,7 +2,7 @@
 
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSString.h"
-#include "Phone/Phone.h"
+#include "Foundation/UserDirectories.h"
 #include "PreferencesUI/PSPageDefinition.h"
 
 #include <stdexcept>
@@ -12,18 +12,11 @@ NS_IMPLEMENTATION(PSListController, NS_METHOD(readPreferenceValue), NS_METHOD(se
 
 namespace {
 
-constexpr const char* preferencesDirectory = "/var/mobile/Library/Preferences";
 constexpr double rowHeight = 44;
 
 std::string pathOfDefaults(const std::string& domain)
 {
-    return stringByAppendingPathComponent(preferencesDirectory, domain + ".plist");
-}
-
-[[noreturn]] void raiseRangeError(const char* operation, std::size_t index, std::size_t count)
-{
-    throw std::out_of_range(
-        stringWithFormat("%@ index %@ beyond bounds of a list of %@ rows", { operation, Value(index), Value(count) }));
+    return stringByAppendingPathComponent(preferencesDirectory(), domain + ".plist");
 }
 
 const Class& classOfCell(const PSSpecifier& row)
@@ -90,6 +83,20 @@ void PSListController::reloadSpecifiers()
         throw;
     }
     _table->reloadData();
+}
+
+void PSListController::changeRows(const std::function<void()>& changes)
+{
+    const auto before = _specifiers;
+    try {
+        changes();
+    } catch (...) {
+        if (std::exchange(_specifiers, before) != before) {
+            _sections.reset();
+            _table->reloadData();
+        }
+        throw;
+    }
 }
 
 const Row& PSListController::specifierAtIndex(std::size_t index)

@@ -110,10 +110,22 @@ std::string PSSpecifier::description() const
     return stringWithFormat("<PSSpecifier %@ %@>", { nameOfCellType(_cellType), _identifier });
 }
 
+void raiseRangeError(const char* operation, std::size_t index, std::size_t count)
+{
+    throw std::out_of_range(
+        stringWithFormat("%@ index %@ beyond bounds of a list of %@ rows", { operation, Value(index), Value(count) }));
+}
+
+const Row& rowAtIndex(const Rows& rows, std::size_t index)
+{
+    if (index >= rows.size())
+        raiseRangeError("objectAtIndex:", index, rows.size());
+    return rows[index];
+}
+
 void removeRowAtIndex(Rows& rows, std::size_t index)
 {
     if (index >= rows.size())
-        throw std::out_of_range(stringWithFormat(
-            "removeObjectAtIndex: index %@ beyond bounds of a list of %@ rows", { Value(index), Value(rows.size()) }));
+        raiseRangeError("removeObjectAtIndex:", index, rows.size());
     rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(index));
 }

@@ -133,5 +133,10 @@ private:
     Dictionary _properties;
 };
 
-/// Takes the row at that index away. Raises the list's range error, std::out_of_range, when there is none.
+/// The list's range error, std::out_of_range: the operation was given an index that a list of so many rows does not
+/// have.
+[[noreturn]] void raiseRangeError(const char* operation, std::size_t index, std::size_t count);
+/// Raises the list's range error when there is no such row.
+const Row& rowAtIndex(const Rows& rows, std::size_t index);
+/// Takes the row at that index away. Raises the list's range error when there is none.
 void removeRowAtIndex(Rows& rows, std::size_t index);

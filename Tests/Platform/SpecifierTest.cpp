@@ -231,6 +231,21 @@ TEST_F(Specifiers, DescribeTheirCellAndIdentifier)
     EXPECT_EQ(PSSpecifier::emptyGroupSpecifier()->description(), "<PSSpecifier PSGroupCell (null)>");
 }
 
+TEST(RowsByIndex, ThatAreNotThereRaiseARangeError)
+{
+    const Rows rows { PSSpecifier::emptyGroupSpecifier() };
+    EXPECT_EQ(&rowAtIndex(rows, 0), &rows[0]);
+    for (const std::size_t index : { std::size_t { 1 }, SIZE_MAX }) {
+        try {
+            rowAtIndex(rows, index);
+            FAIL() << index;
+        } catch (const std::out_of_range& error) {
+            EXPECT_EQ(
+                error.what(), "objectAtIndex: index " + std::to_string(index) + " beyond bounds of a list of 1 rows");
+        }
+    }
+}
+
 TEST(RemovedRows, LeaveTheOthersInOrder)
 {
     Rows rows;
