@@ -3,7 +3,8 @@
 #include "Foundation/NSString.h"
 #include "TDPageStyle.h"
 
-NS_IMPLEMENTATION(TDBluetoothCell, NS_METHOD(updateData))
+NS_IMPLEMENTATION(TDBluetoothCell, NS_METHOD(subTitle), NS_METHOD(setSubTitle), NS_METHOD(iconImage),
+    NS_METHOD(setIconImage), NS_METHOD(updateData))
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include "libtandem/TDUtils.h"
 
 NS_IMPLEMENTATION(TDSIMInfoTableCell)
-NS_IMPLEMENTATION(TDBluetoothDevicesController, NS_METHOD(isBluetoothDeviceSelected), NS_METHOD(defaultSIMUUIDString),
-    NS_METHOD(updateSimSelection_specifier))
+NS_IMPLEMENTATION(TDBluetoothDevicesController, NS_METHOD(blueToothSpecifiers), NS_METHOD(setBlueToothSpecifiers),
+    NS_METHOD(isBluetoothDeviceSelected), NS_METHOD(defaultSIMUUIDString), NS_METHOD(updateSimSelection_specifier))
 
 namespace {
 

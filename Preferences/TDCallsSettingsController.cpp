@@ -4,8 +4,9 @@
 #include "TDPageStyle.h"
 #include "libtandem/TDSettings.h"
 
-NS_IMPLEMENTATION(
-    TDCallsSettingsController, NS_METHOD(enableTandemForCalls_specifier), NS_METHOD(enableShowSimSelection_specifier))
+NS_IMPLEMENTATION(TDCallsSettingsController, NS_METHOD(hideORShowCallsSpecifiers),
+    NS_METHOD(hideORShowDefaultActionCellSpecifiers), NS_METHOD(enableTandemForCalls_specifier),
+    NS_METHOD(enableShowSimSelection_specifier))
 
 namespace {
 

@@ -4,7 +4,8 @@
 #include "TDPageStyle.h"
 #include "libtandem/TDSettings.h"
 
-NS_IMPLEMENTATION(TDMessagesSettingsController, NS_METHOD(tandemEnabledOrDisabledForMessages_specifier),
+NS_IMPLEMENTATION(TDMessagesSettingsController, NS_METHOD(hideORShowMessagesSpecifiers),
+    NS_METHOD(hideORShowDefaultActionCellSpecifiers), NS_METHOD(tandemEnabledOrDisabledForMessages_specifier),
     NS_METHOD(tandemEnabledOrDisabledForIMToText_specifier), NS_METHOD(enableShowSimSelectionForMessages_specifier))
 
 namespace {

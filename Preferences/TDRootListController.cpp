@@ -11,9 +11,9 @@
 #include "libtandem/TDUtils.h"
 #include "libvexil/VXWebKitViewController.h"
 
-NS_IMPLEMENTATION(TDRootListController, NS_METHOD(loadSettings), NS_METHOD(updateSettingsDict_forKey),
-    NS_METHOD(writeSettings), NS_METHOD(tandemEnabledOrDisabled_specifier), NS_METHOD(tandemSettingsChanged),
-    NS_METHOD(showVexilProducts))
+NS_IMPLEMENTATION(TDRootListController, NS_METHOD(settings), NS_METHOD(setSettings), NS_METHOD(loadSettings),
+    NS_METHOD(updateSettingsDict_forKey), NS_METHOD(writeSettings), NS_METHOD(hideOtherSpecifiers),
+    NS_METHOD(tandemEnabledOrDisabled_specifier), NS_METHOD(tandemSettingsChanged), NS_METHOD(showVexilProducts))
 
 namespace {
 

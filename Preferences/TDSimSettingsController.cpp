@@ -7,8 +7,10 @@
 #include "libtandem/TDUtils.h"
 
 NS_IMPLEMENTATION(TDSIMMaskTableCell)
-NS_IMPLEMENTATION(TDSimSettingsController, NS_METHOD(changeCarrierLogo), NS_METHOD(resetCarrierLogos),
-    NS_METHOD(showImagePicker), NS_METHOD(currentSubScriptionContext))
+NS_IMPLEMENTATION(TDSimSettingsController, NS_METHOD(simSettingsSpecifiers), NS_METHOD(changeCarrierLogo),
+    NS_METHOD(resetCarrierLogos), NS_METHOD(showImagePicker),
+    NS_METHOD(imagePickerController_didFinishPickingMediaWithInfo), NS_METHOD(currentSubScriptionContext),
+    NS_METHOD(setCurrentSubScriptionContext))
 
 namespace {
 

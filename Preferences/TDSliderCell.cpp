@@ -3,7 +3,7 @@
 #include "TDPageStyle.h"
 
 NS_IMPLEMENTATION(TDSegmentableSlider)
-NS_IMPLEMENTATION(TDSliderCell, NS_METHOD(updateData))
+NS_IMPLEMENTATION(TDSliderCell, NS_METHOD(defaultCellHeight), NS_METHOD(updateData))
 
 namespace {
 

@@ -9,7 +9,11 @@
 
 #include <chrono>
 
-NS_IMPLEMENTATION(TDSettings, NS_METHOD(reloadSettings))
+NS_IMPLEMENTATION(TDSettings, NS_METHOD(sharedSettings), NS_METHOD(reloadSettings), NS_METHOD(isEnabled),
+    NS_METHOD(isEnabledForCalls), NS_METHOD(isDefaultActionForCalls), NS_METHOD(isEnabledForMessages),
+    NS_METHOD(isEnabledForIMToText), NS_METHOD(isDefaultActionForMessages), NS_METHOD(isLoggingEnabled),
+    NS_METHOD(hasBluetoothDevice), NS_METHOD(defaultSIMForBluetooth), NS_METHOD(addToBluetoothDevices_defaultSIM),
+    NS_METHOD(removeFromBluetoothDevices))
 
 namespace {
 

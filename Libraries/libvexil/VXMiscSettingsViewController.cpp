@@ -18,7 +18,8 @@ NS_IMPLEMENTATION(VXMiscSettingsViewController, NS_METHOD(hasCustomNavigationBar
     NS_METHOD(customNavigationBarColor), NS_METHOD(twitterMessage), NS_METHOD(twitterImage),
     NS_METHOD(copyRightSpecifier), NS_METHOD(copryRightSpecifierText), NS_METHOD(specifiersFileName),
     NS_METHOD(serviceName), NS_METHOD(productName), NS_METHOD(customBackButton), NS_METHOD(showError),
-    NS_METHOD(emailLogFile), NS_METHOD(backButtonAction), NS_METHOD(shareAction))
+    NS_METHOD(emailLogFile), NS_METHOD(backButtonAction), NS_METHOD(shareAction),
+    NS_METHOD(vx__specifierByIdentifier_identifier), NS_METHOD(vx__indexByIdentifier_identifier))
 
 namespace {
 

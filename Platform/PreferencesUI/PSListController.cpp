@@ -5,10 +5,14 @@
 #include "Foundation/UserDirectories.h"
 #include "PreferencesUI/PSPageDefinition.h"
 
-#include <stdexcept>
-
-NS_IMPLEMENTATION(PSListController, NS_METHOD(readPreferenceValue), NS_METHOD(setPreferenceValue_specifier),
-    NS_METHOD(reloadSpecifiers))
+NS_IMPLEMENTATION(PSListController, NS_INITIALIZER(initForContentSize), NS_METHOD(specifiers),
+    NS_METHOD(loadSpecifiersFromPlistName_target), NS_METHOD(reloadSpecifiers), NS_METHOD(specifierAtIndex),
+    NS_METHOD(indexForRow_inGroup), NS_METHOD(insertSpecifier_atIndex_animated),
+    NS_METHOD(removeSpecifierAtIndex_animated), NS_METHOD(readPreferenceValue), NS_METHOD(setPreferenceValue_specifier),
+    NS_METHOD(parentController), NS_METHOD(setParentController), NS_METHOD(specifier), NS_METHOD(setSpecifier),
+    NS_METHOD(tableView_cellForRowAtIndexPath), NS_METHOD(tableView_estimatedHeightForRowAtIndexPath),
+    NS_METHOD(tableView_heightForRowAtIndexPath), NS_METHOD(tableView_shouldHighlightRowAtIndexPath),
+    NS_METHOD(tableView_didSelectRowAtIndexPath))
 
 namespace {
 

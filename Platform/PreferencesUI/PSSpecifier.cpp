@@ -6,7 +6,10 @@
 #include <array>
 #include <stdexcept>
 
-NS_IMPLEMENTATION(PSSpecifier, NS_METHOD(setButtonAction))
+NS_IMPLEMENTATION(PSSpecifier, NS_METHOD(preferenceSpecifierNamed_target_set_get_detail_cell_edit),
+    NS_METHOD(groupSpecifierWithName), NS_METHOD(emptyGroupSpecifier), NS_METHOD(name), NS_METHOD(identifier),
+    NS_METHOD(setIdentifier), NS_METHOD(userInfo), NS_METHOD(setUserInfo), NS_METHOD(properties),
+    NS_METHOD(propertyForKey), NS_METHOD(setProperty_forKey), NS_METHOD(setButtonAction))
 
 namespace {
 

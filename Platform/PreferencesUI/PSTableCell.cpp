@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <cmath>
 
-NS_IMPLEMENTATION(PSTableCell)
-NS_IMPLEMENTATION(PSControlTableCell, NS_METHOD(controlChanged))
+NS_IMPLEMENTATION(PSTableCell, NS_INITIALIZER(initWithStyle_reuseIdentifier_specifier),
+    NS_INITIALIZER(initWithSpecifier), NS_METHOD(specifier), NS_METHOD(title), NS_METHOD(setTitle),
+    NS_METHOD(refreshCellContentsWithSpecifier), NS_METHOD(preferredHeightForWidth))
+NS_IMPLEMENTATION(
+    PSControlTableCell, NS_METHOD(control), NS_METHOD(setControl), NS_METHOD(controlValue), NS_METHOD(controlChanged))
 NS_IMPLEMENTATION(PSSwitchTableCell)
-NS_IMPLEMENTATION(PSSegmentableSlider)
+NS_IMPLEMENTATION(PSSegmentableSlider, NS_METHOD(valueTextRectForBounds))
 NS_IMPLEMENTATION(PSSliderTableCell)
 
 namespace {
