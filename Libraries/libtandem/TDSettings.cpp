@@ -3,6 +3,7 @@
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSNotificationCenter.h"
 #include "Foundation/NSString.h"
+#include "Phone/CTXPCServiceSubscriptionContext.h"
 #include "Phone/Phone.h"
 #include "libtandem/TDLogFile.h"
 #include "libtandem/TDProduct.h"
@@ -52,10 +53,16 @@ private:
     Dictionary _bindings;
 };
 
-Value bindingOf(const std::string& address)
+Value bindingOf(const std::optional<std::string>& address)
 {
     static Bindings bindings;
-    return bindings.of(address);
+    return address ? bindings.of(*address) : Value();
+}
+
+/// The key of a SIM as the platform spells it, whoever wrote it.
+std::optional<std::string> platformSpelling(const std::optional<std::string>& sim)
+{
+    return sim ? std::optional(NSUUID(*sim).UUIDString()) : std::nullopt;
 }
 
 /// The bindings that are there. A file that holds none, though it holds something, is kept beside it before it is
@@ -119,12 +126,12 @@ bool TDSettings::hasBluetoothDevice(const std::string& address) const
 
 std::optional<std::string> TDSettings::defaultSIMForBluetooth(const std::string& address) const
 {
-    return bindingOf(address)[simKey].optionalString();
+    return platformSpelling(bindingOf(address)[simKey].optionalString());
 }
 
 void TDSettings::addToBluetoothDevices_defaultSIM(const std::string& address, const std::optional<std::string>& sim)
 {
-    writeBinding(address, true, sim);
+    writeBinding(address, true, platformSpelling(sim));
 }
 
 void TDSettings::removeFromBluetoothDevices(const std::string& address)
