@@ -77,13 +77,15 @@ Dictionary bindingsToChange()
     return {};
 }
 
-void writeBinding(const std::string& address, bool bound, const std::optional<std::string>& sim)
+void writeBinding(const std::optional<std::string>& address, bool bound, const std::optional<std::string>& sim)
 {
+    if (!address)
+        return;
     Dictionary bindings = bindingsToChange();
     Dictionary binding { { boundKey, bound } };
     if (sim)
         binding.emplace(simKey, *sim);
-    bindings.insert_or_assign(address, std::move(binding));
+    bindings.insert_or_assign(*address, std::move(binding));
     if (const auto serialized = dataWithPropertyList(bindings); serialized.data)
         writeToFile(*serialized.data, TDProduct::bindingsPath(), Atomically::Yes);
 }
@@ -119,22 +121,23 @@ bool TDSettings::flag(const char* key, bool fallback) const
     return stored.isNull() ? fallback : stored.boolValue();
 }
 
-bool TDSettings::hasBluetoothDevice(const std::string& address) const
+bool TDSettings::hasBluetoothDevice(const std::optional<std::string>& address) const
 {
     return bindingOf(address)[boundKey].boolValue();
 }
 
-std::optional<std::string> TDSettings::defaultSIMForBluetooth(const std::string& address) const
+std::optional<std::string> TDSettings::defaultSIMForBluetooth(const std::optional<std::string>& address) const
 {
     return platformSpelling(bindingOf(address)[simKey].optionalString());
 }
 
-void TDSettings::addToBluetoothDevices_defaultSIM(const std::string& address, const std::optional<std::string>& sim)
+void TDSettings::addToBluetoothDevices_defaultSIM(
+    const std::optional<std::string>& address, const std::optional<std::string>& sim)
 {
     writeBinding(address, true, platformSpelling(sim));
 }
 
-void TDSettings::removeFromBluetoothDevices(const std::string& address)
+void TDSettings::removeFromBluetoothDevices(const std::optional<std::string>& address)
 {
     writeBinding(address, false, defaultSIMForBluetooth(address));
 }
