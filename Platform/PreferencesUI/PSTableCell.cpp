@@ -218,7 +218,7 @@ double PSSliderTableCell::extraTitleHeight(double width) const
 
 double PSSliderTableCell::heightThatFits(double width) const
 {
-    return sliderRowHeight + 2 * extraTitleHeight(width);
+    return sliderRowHeight + extraTitleHeight(width);
 }
 
 void PSSliderTableCell::layoutSubviews()
@@ -227,8 +227,8 @@ void PSSliderTableCell::layoutSubviews()
     if (!control())
         return;
     const TextArea area = textArea(frame().width);
-    const double apart = extraTitleHeight(frame().width) / 2;
     const double title = textLabel()->sizeThatFits(area.width).height;
-    textLabel()->setFrame({ area.x, (frame().height - title) / 2 - apart, area.width, title });
-    control()->setFrame({ area.x, (frame().height - sliderHeight) / 2 + apart, area.width, sliderHeight });
+    const double lower = extraTitleHeight(frame().width) / 2;
+    textLabel()->setFrame({ area.x, (frame().height - title) / 2, area.width, title });
+    control()->setFrame({ area.x, (frame().height - sliderHeight) / 2 + lower, area.width, sliderHeight });
 }
