@@ -7,16 +7,16 @@
 
 namespace {
 
-constexpr const char* placeholderPath = "/Library/PreferenceBundles/TandemPreferences.bundle/noimage3.png";
+constexpr const char* placeholder = "noimage3.png";
 constexpr long noSuchFileError = 4;
 
 /// A name from outside may hold path separators; as part of a file name they would lead out of the logo directory.
-bool staysInDirectory(const std::string& name)
+bool staysInDirectory(const std::optional<std::string>& name)
 {
-    return name.find('/') == std::string::npos && name.find('\0') == std::string::npos;
+    return !name || (name->find('/') == std::string::npos && name->find('\0') == std::string::npos);
 }
 
-std::string pathOfLogo(const std::string& name)
+std::string pathOfLogo(const std::optional<std::string>& name)
 {
     return stringWithFormat("%@/%@.png", { TDProduct::logoDirectory(), name });
 }
@@ -36,12 +36,12 @@ std::string normalised(const std::string& carrierName)
 
 } // namespace
 
-std::string pathOfUserLogo(const std::string& simKey)
+std::string pathOfUserLogo(const std::optional<std::string>& simKey)
 {
     return pathOfLogo(simKey);
 }
 
-void saveImage(const std::string& name, const std::shared_ptr<UIImage>& image)
+void saveImage(const std::optional<std::string>& name, const std::shared_ptr<UIImage>& image)
 {
     const std::string directory = TDProduct::logoDirectory();
     NSFileManager& manager = NSFileManager::defaultManager();
@@ -77,14 +77,14 @@ std::shared_ptr<UIImage> getImageFromPath(const std::string& path)
     return UIImage::imageWithContentsOfFile(path);
 }
 
-std::shared_ptr<NSError> removeUserLogo(const std::string& simKey)
+std::shared_ptr<NSError> removeUserLogo(const std::optional<std::string>& simKey)
 {
     if (!staysInDirectory(simKey))
-        return std::make_shared<NSError>(NSError::cocoaDomain, noSuchFileError, "“" + simKey + "” names no logo.");
+        return std::make_shared<NSError>(NSError::cocoaDomain, noSuchFileError, "“" + *simKey + "” names no logo.");
     return NSFileManager::defaultManager().removeItemAtPath(pathOfUserLogo(simKey));
 }
 
-bool hasDefaultImageSetup(const std::string& simKey)
+bool hasDefaultImageSetup(const std::optional<std::string>& simKey)
 {
     return staysInDirectory(simKey) && NSFileManager::defaultManager().fileExistsAtPath(pathOfUserLogo(simKey));
 }
