@@ -10,5 +10,5 @@ struct PSPageDefinition {
 
 /// The page definition "<name>.plist" of the bundle that the target's class came from, its rows read and written by the
 /// target. Items that are no dictionaries are left out; a file that cannot be read gives no title and no rows. Titles
-/// and footers are translated with the bundle's table of the same name.
+/// and footers are translated in the application's own bundle.
 PSPageDefinition loadPageDefinition(const std::string& name, const std::shared_ptr<NSObject>& target);
