@@ -8,8 +8,8 @@
 #include "libvexil/VXLogMask.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -117,10 +117,14 @@ void showErrorOnTop(const UINavigationController& navigation, const std::string&
             errorAlert(title, message), true, nullptr);
 }
 
+/// On the user's own clock, which may be set to another time zone while the program runs.
 long currentYear()
 {
-    const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
-    return static_cast<int>(std::chrono::year_month_day(today).year());
+    const std::time_t now = std::time(nullptr);
+    std::tm parts {};
+    tzset();
+    localtime_r(&now, &parts);
+    return parts.tm_year + 1900L;
 }
 
 } // namespace
