@@ -1,20 +1,17 @@
 #include "TDAppIcons.h"
 
 #include "Foundation/NSKeyedArchiver.h"
+#include "Phone/HomeScreen.h"
 #include "UIKit/UIImage.h"
 #include "libvexil/VXUtils.h"
 
 namespace {
 
-constexpr const char* serviceName = "com.vexil.tandem";
-constexpr const char* iconMessage = "com.vexil.tandem.app.icon";
-constexpr const char* messageData = "TDServiceMessageData";
-
 std::shared_ptr<UIImage> iconOfApp(const Value& bundleIdentifier)
 {
     const Value reply = VXUtils::sendMessageToSpringBoardAndReceiveReplyName_message_ignoreApproach_userInfo(
-        serviceName, iconMessage, true, { { messageData, bundleIdentifier } });
-    const auto* archive = reply[messageData].data();
+        AppIconRequest::service, AppIconRequest::message, true, { { AppIconRequest::data, bundleIdentifier } });
+    const auto* archive = reply[AppIconRequest::data].data();
     return archive ? NSKeyedUnarchiver::unarchiveObjectWithData(*archive).as<UIImage>() : nullptr;
 }
 

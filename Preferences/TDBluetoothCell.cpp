@@ -3,7 +3,8 @@
 #include "Foundation/NSString.h"
 #include "TDPageStyle.h"
 
-NS_IMPLEMENTATION(TDBluetoothCell, NS_METHOD(updateData))
+NS_IMPLEMENTATION(TDBluetoothCell, NS_METHOD(subTitle), NS_METHOD(setSubTitle), NS_METHOD(iconImage),
+    NS_METHOD(setIconImage), NS_METHOD(updateData))
 
 namespace {
 
@@ -77,7 +78,7 @@ void TDBluetoothCell::updateData()
     text->setParagraphStyle(style, subTitleRange);
 
     const auto panel = viewWithTag(panelTag);
-    if (const auto label = std::dynamic_pointer_cast<UILabel>(panel->viewWithTag(labelTag))) {
+    if (const auto label = panel ? std::dynamic_pointer_cast<UILabel>(panel->viewWithTag(labelTag)) : nullptr) {
         label->setNumberOfLines(0);
         label->setAttributedText(text);
     }
@@ -92,6 +93,9 @@ void TDBluetoothCell::layoutSubviews()
 {
     Super::layoutSubviews();
     const auto panel = viewWithTag(panelTag);
+    if (!panel)
+        return;
     panel->setFrame({ 0, 0, frame().width, frame().height - stripHeight });
-    panel->viewWithTag(labelTag)->setFrame({ 0, 0, panel->frame().width, panel->frame().height });
+    if (const auto label = panel->viewWithTag(labelTag))
+        label->setFrame({ 0, 0, panel->frame().width, panel->frame().height });
 }

@@ -7,8 +7,8 @@
 #include "libtandem/TDUtils.h"
 
 NS_IMPLEMENTATION(TDSIMInfoTableCell)
-NS_IMPLEMENTATION(TDBluetoothDevicesController, NS_METHOD(isBluetoothDeviceSelected), NS_METHOD(defaultSIMUUIDString),
-    NS_METHOD(updateSimSelection_specifier))
+NS_IMPLEMENTATION(TDBluetoothDevicesController, NS_METHOD(blueToothSpecifiers), NS_METHOD(setBlueToothSpecifiers),
+    NS_METHOD(isBluetoothDeviceSelected), NS_METHOD(defaultSIMUUIDString), NS_METHOD(updateSimSelection_specifier))
 
 namespace {
 
@@ -28,21 +28,23 @@ Context simOf(const PSSpecifier& row)
     return isSim ? std::static_pointer_cast<CTXPCServiceSubscriptionContext>(info) : nullptr;
 }
 
-/// What a SIM row's identifier joins.
+/// What a SIM row's identifier joins; both absent for a row without one.
 struct BindingKeys {
-    std::string address;
-    std::string sim;
+    std::optional<std::string> address;
+    std::optional<std::string> sim;
 };
 
 BindingKeys keysOf(const PSSpecifier& simRow)
 {
-    const auto pieces = componentsSeparatedByString(simRow.identifier().value_or(std::string()), keySeparator);
+    if (!simRow.identifier())
+        return {};
+    const auto pieces = componentsSeparatedByString(*simRow.identifier(), keySeparator);
     return { pieces.front(), pieces.back() };
 }
 
-std::string addressOf(const Row& deviceRow)
+std::optional<std::string> addressOf(const Row& deviceRow)
 {
-    return deviceRow && deviceRow->identifier() ? *deviceRow->identifier() : std::string();
+    return deviceRow ? deviceRow->identifier() : std::nullopt;
 }
 
 Row makeDeviceRow(const std::shared_ptr<BluetoothDevice>& device, const std::shared_ptr<NSObject>& target)
@@ -80,9 +82,9 @@ const Rows& TDBluetoothDevicesController::specifiers()
     return *_specifiers;
 }
 
-Rows& TDBluetoothDevicesController::blueToothSpecifiers()
+Rows TDBluetoothDevicesController::blueToothSpecifiers()
 {
-    _blueToothSpecifiers.clear();
+    _blueToothSpecifiers = Rows();
     const auto devices = BluetoothManager::sharedInstance()->pairedDevices();
     const TDUtils::Contexts contexts = TDUtils::fetchSubscriptions();
     for (const auto& device : devices) {
@@ -99,7 +101,7 @@ Rows& TDBluetoothDevicesController::blueToothSpecifiers()
     return _blueToothSpecifiers;
 }
 
-bool TDBluetoothDevicesController::isBluetoothDeviceSelected(const std::string& address) const
+bool TDBluetoothDevicesController::isBluetoothDeviceSelected(const std::optional<std::string>& address) const
 {
     return TDSettings::sharedSettings()->hasBluetoothDevice(address);
 }
@@ -122,7 +124,7 @@ Value TDBluetoothDevicesController::readPreferenceValue(const Row& row)
 
 void TDBluetoothDevicesController::setPreferenceValue_specifier(const Value& /*value*/, const Row& row)
 {
-    const std::string address = addressOf(row);
+    const auto address = addressOf(row);
     const auto settings = TDSettings::sharedSettings();
     if (isBluetoothDeviceSelected(address)) {
         settings->removeFromBluetoothDevices(address);

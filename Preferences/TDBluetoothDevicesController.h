@@ -14,11 +14,12 @@ class TDSIMInfoTableCell : public TDSubtitleCell {
 class TDBluetoothDevicesController : public TDSettingsPage {
     NS_CLASS(TDBluetoothDevicesController, TDSettingsPage)
 public:
-    /// Builds the rows anew at every call, from the devices and the SIMs as they are now.
-    Rows& blueToothSpecifiers();
+    /// Builds the rows anew at every call, from the devices and the SIMs as they are now. Lists of earlier calls stay
+    /// as they are.
+    Rows blueToothSpecifiers();
     void setBlueToothSpecifiers(Rows rows) { _blueToothSpecifiers = std::move(rows); }
 
-    bool isBluetoothDeviceSelected(const std::string& address) const;
+    bool isBluetoothDeviceSelected(const std::optional<std::string>& address) const;
     /// The SIM of the user's default voice line; absent when no SIM is.
     std::optional<std::string> defaultSIMUUIDString() const;
     /// Named as the setter of the SIM rows; the choice is made when a row is tapped.

@@ -4,8 +4,9 @@
 #include "TDPageStyle.h"
 #include "libtandem/TDSettings.h"
 
-NS_IMPLEMENTATION(
-    TDCallsSettingsController, NS_METHOD(enableTandemForCalls_specifier), NS_METHOD(enableShowSimSelection_specifier))
+NS_IMPLEMENTATION(TDCallsSettingsController, NS_METHOD(hideORShowCallsSpecifiers),
+    NS_METHOD(hideORShowDefaultActionCellSpecifiers), NS_METHOD(enableTandemForCalls_specifier),
+    NS_METHOD(enableShowSimSelection_specifier))
 
 namespace {
 
@@ -50,13 +51,8 @@ const Rows& TDCallsSettingsController::specifiers()
 void TDCallsSettingsController::enableTandemForCalls_specifier(const Value& value, const Row& row)
 {
     setPreferenceValue_specifier(value, row);
-    if (_specifiers) {
-        if (value.boolValue())
-            insertFeatureRows();
-        else
-            removeFeatureRows();
-    }
-    reloadSpecifiers();
+    followSwitch(
+        value, [&] { insertFeatureRows(); }, [&] { removeFeatureRows(); });
 }
 
 void TDCallsSettingsController::insertFeatureRows()
@@ -64,7 +60,7 @@ void TDCallsSettingsController::insertFeatureRows()
     const Rows fresh = loadSpecifiersFromPlistName_target(pageDefinition, self());
     const auto feature = static_cast<std::size_t>(vx__indexByIdentifier_identifier(fresh, featureIdentifier));
     for (std::size_t i = feature + 1; i < fresh.size() - 1; ++i)
-        insertSpecifier_atIndex_animated(fresh.at(i), i, true);
+        insertSpecifier_atIndex_animated(rowAtIndex(fresh, i), i, true);
 }
 
 void TDCallsSettingsController::removeFeatureRows()

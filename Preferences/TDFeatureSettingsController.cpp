@@ -35,7 +35,7 @@ void TDFeatureSettingsController::showRowAfter(std::string_view identifier, cons
     if (index <= 0)
         return;
     const auto after = static_cast<std::size_t>(index) + 1;
-    insertSpecifier_atIndex_animated(fresh.at(after), after, true);
+    insertSpecifier_atIndex_animated(rowAtIndex(fresh, after), after, true);
 }
 
 void TDFeatureSettingsController::hideRowAfter(std::string_view identifier)
@@ -49,11 +49,6 @@ void TDFeatureSettingsController::switchRowAfter(
     const Value& value, const Row& row, std::string_view identifier, const char* pageDefinition)
 {
     setPreferenceValue_specifier(value, row);
-    if (_specifiers) {
-        if (value.boolValue())
-            showRowAfter(identifier, pageDefinition);
-        else
-            hideRowAfter(identifier);
-    }
-    reloadSpecifiers();
+    followSwitch(
+        value, [&] { showRowAfter(identifier, pageDefinition); }, [&] { hideRowAfter(identifier); });
 }

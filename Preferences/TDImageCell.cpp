@@ -50,6 +50,8 @@ void TDImageCell::layoutSubviews()
 {
     Super::layoutSubviews();
     // As wide as the cell though it starts further in, so its end runs past the cell's edge.
-    viewWithTag(captionTag)->setFrame({ captionOrigin.x, captionOrigin.y, bounds().width, captionHeight });
-    viewWithTag(pictureTag)->setFrame({ 0, pictureTop, bounds().width, preferredHeightForWidth(0) - pictureTop });
+    if (const auto caption = viewWithTag(captionTag))
+        caption->setFrame({ captionOrigin.x, captionOrigin.y, bounds().width, captionHeight });
+    if (const auto picture = viewWithTag(pictureTag))
+        picture->setFrame({ 0, pictureTop, bounds().width, preferredHeightForWidth(0) - pictureTop });
 }

@@ -4,7 +4,8 @@
 #include "TDPageStyle.h"
 #include "libtandem/TDSettings.h"
 
-NS_IMPLEMENTATION(TDMessagesSettingsController, NS_METHOD(tandemEnabledOrDisabledForMessages_specifier),
+NS_IMPLEMENTATION(TDMessagesSettingsController, NS_METHOD(hideORShowMessagesSpecifiers),
+    NS_METHOD(hideORShowDefaultActionCellSpecifiers), NS_METHOD(tandemEnabledOrDisabledForMessages_specifier),
     NS_METHOD(tandemEnabledOrDisabledForIMToText_specifier), NS_METHOD(enableShowSimSelectionForMessages_specifier))
 
 namespace {
@@ -54,13 +55,8 @@ const Rows& TDMessagesSettingsController::specifiers()
 void TDMessagesSettingsController::tandemEnabledOrDisabledForMessages_specifier(const Value& value, const Row& row)
 {
     setPreferenceValue_specifier(value, row);
-    if (_specifiers) {
-        if (value.boolValue())
-            insertIMToTextRows();
-        else
-            removeIMToTextRows();
-    }
-    reloadSpecifiers();
+    followSwitch(
+        value, [&] { insertIMToTextRows(); }, [&] { removeIMToTextRows(); });
 }
 
 void TDMessagesSettingsController::insertIMToTextRows()
@@ -71,7 +67,7 @@ void TDMessagesSettingsController::insertIMToTextRows()
         return;
     const auto imToText = static_cast<std::size_t>(index);
     for (std::size_t i = imToText - 1; i <= imToText + 1; ++i)
-        insertSpecifier_atIndex_animated(fresh.at(i), i, true);
+        insertSpecifier_atIndex_animated(rowAtIndex(fresh, i), i, true);
 }
 
 void TDMessagesSettingsController::removeIMToTextRows()

@@ -4,6 +4,7 @@
 #include "TDRootListController.h"
 #include "TDRootLookup.h"
 #include "TDRowBinding.h"
+#include "libtandem/TDProduct.h"
 #include "libtandem/TDSettings.h"
 #include "libtandem/TDUtils.h"
 
@@ -12,7 +13,6 @@ NS_IMPLEMENTATION(TDMiscSettingsController)
 namespace {
 
 constexpr const char* pageDefinition = "Misc";
-constexpr const char* productIdentifier = "com.vexil.tandem";
 constexpr const char* product = "Pairo";
 constexpr const char* backButtonImageName = "Tandem";
 constexpr const char* updateSelector = "updateSettingsDict:forKey:";
@@ -30,7 +30,7 @@ std::optional<std::string> TDMiscSettingsController::specifiersFileName()
 
 std::string TDMiscSettingsController::serviceName()
 {
-    return productIdentifier;
+    return TDProduct::identifier;
 }
 
 std::string TDMiscSettingsController::productName()
@@ -72,5 +72,5 @@ void TDMiscSettingsController::setPreferenceValue_specifier(const Value& value, 
         root->performSelector(updateSelector, valueToStore(value, *row), row->propertyForKey(PSProperty::key));
         TDSettings::sharedSettings()->reloadSettings();
     }
-    postNotificationOf(*row);
+    row->postNotification();
 }

@@ -1,9 +1,7 @@
 #pragma once
 
 #include "UIKit/UITableViewCell.h"
-
-/// The product's blue: bars, enabled texts, tinted icons, sliders, banners.
-inline constexpr UIColor accentColor { 28 / 255.0F, 77 / 255.0F, 170 / 255.0F, 1 };
+#include "libtandem/TDAccentColor.h"
 
 /// White while the system is dark, else the accent colour.
 UIColor accentOrWhite();

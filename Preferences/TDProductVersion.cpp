@@ -2,6 +2,7 @@
 
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSString.h"
+#include "libtandem/TDProduct.h"
 
 #include <array>
 #include <cstdio>
@@ -10,8 +11,6 @@
 
 namespace {
 
-constexpr const char* productPackage = "com.vexil.tandem";
-constexpr const char* bundleDirectory = "/Library/PreferenceBundles/TandemPreferences.bundle/";
 constexpr const char* infoFile = "Root.plist";
 constexpr const char* versionKey = "Version";
 constexpr const char* queryTool = "/usr/bin/dpkg-query";
@@ -70,7 +69,7 @@ std::string readAll(std::FILE* stream)
 
 std::optional<std::string> getProductVersion()
 {
-    if (auto version = packageVersion(productPackage))
+    if (auto version = packageVersion(TDProduct::identifier))
         return version;
     const Dictionary* info = getProductInfoDict();
     const Value version = info ? valueForKey(*info, versionKey) : Value();
@@ -94,6 +93,7 @@ const Dictionary* getProductInfoDict()
 {
     static std::optional<Dictionary> productInfoDict;
     if (!productInfoDict)
-        productInfoDict = dictionaryWithContentsOfFile(stringByAppendingPathComponent(bundleDirectory, infoFile));
+        productInfoDict =
+            dictionaryWithContentsOfFile(stringByAppendingPathComponent(TDProduct::bundlePath(), infoFile));
     return productInfoDict ? &*productInfoDict : nullptr;
 }

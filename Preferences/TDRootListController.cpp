@@ -6,18 +6,18 @@
 #include "TDAppIcons.h"
 #include "TDPageStyle.h"
 #include "TDRowBinding.h"
+#include "libtandem/TDProduct.h"
 #include "libtandem/TDSettings.h"
 #include "libtandem/TDUtils.h"
 #include "libvexil/VXWebKitViewController.h"
 
-NS_IMPLEMENTATION(TDRootListController, NS_METHOD(loadSettings), NS_METHOD(updateSettingsDict_forKey),
-    NS_METHOD(writeSettings), NS_METHOD(tandemEnabledOrDisabled_specifier), NS_METHOD(tandemSettingsChanged),
-    NS_METHOD(showVexilProducts))
+NS_IMPLEMENTATION(TDRootListController, NS_METHOD(settings), NS_METHOD(setSettings), NS_METHOD(loadSettings),
+    NS_METHOD(updateSettingsDict_forKey), NS_METHOD(writeSettings), NS_METHOD(hideOtherSpecifiers),
+    NS_METHOD(tandemEnabledOrDisabled_specifier), NS_METHOD(tandemSettingsChanged), NS_METHOD(showVexilProducts))
 
 namespace {
 
 constexpr const char* pageDefinition = "Root";
-constexpr const char* settingsChangedNotification = "com.vexil.tandemSettingsChanged";
 constexpr const char* productsIdentifier = "VexilProducts";
 constexpr const char* simSettingsIdentifier = "TDSimSettingsController";
 constexpr const char* titleImageName = "Tandem";
@@ -30,17 +30,11 @@ constexpr const char* serializationFailure =
     "com.vexil.Tandem: Error => Unable to save settings to %@ and settings: %@ AND error: %@";
 constexpr const char* writeFailure = "com.vexil.Tandem: Error => Unable to save settings to %@ and settings: %@";
 
-std::string settingsPath()
-{
-    const std::string preferences = stringByAppendingPathComponent("/var/mobile", "Library/Preferences");
-    return stringByAppendingPathComponent(preferences, "com.vexil.tandem.plist");
-}
-
 } // namespace
 
 void TDRootListController::loadSettings()
 {
-    setSettings(dictionaryWithContentsOfFile(settingsPath()));
+    setSettings(dictionaryWithContentsOfFile(TDProduct::settingsPath()));
 }
 
 void TDRootListController::updateSettingsDict_forKey(const Value& value, const Value& key)
@@ -58,7 +52,7 @@ void TDRootListController::writeSettings()
 {
     const Value settings = _settings ? Value(*_settings) : Value();
     const SerializedPropertyList serialized = dataWithPropertyList(settings);
-    const std::string path = settingsPath();
+    const std::string path = TDProduct::settingsPath();
     if (serialized.error) {
         TDUtils::logMessage(serializationFailure, { path, settings, serialized.error });
         return;
@@ -98,13 +92,8 @@ void TDRootListController::tandemEnabledOrDisabled_specifier(const Value& value,
 {
     setPreferenceValue_specifier(value, row);
     TDSettings::sharedSettings()->reloadSettings();
-    if (_specifiers) {
-        if (value.boolValue())
-            insertEnabledRows();
-        else
-            removeEnabledRows();
-    }
-    reloadSpecifiers();
+    followSwitch(
+        value, [&] { insertEnabledRows(); }, [&] { removeEnabledRows(); });
 }
 
 void TDRootListController::insertEnabledRows()
@@ -136,7 +125,7 @@ void TDRootListController::setPreferenceValue_specifier(const Value& value, cons
     if (!row)
         return;
     updateSettingsDict_forKey(valueToStore(value, *row), row->propertyForKey(PSProperty::key));
-    postNotificationOf(*row);
+    row->postNotification();
 }
 
 void TDRootListController::viewDidLoad()
@@ -148,7 +137,7 @@ void TDRootListController::viewDidLoad()
     UIView::animateWithDuration_animations(
         titleFadeSeconds, [page = self()] { page->navigationItem().titleView->setAlpha(1); });
     NSNotificationCenter::defaultCenter().addObserver_selector_name(
-        self(), "tandemSettingsChanged:", settingsChangedNotification);
+        self(), "tandemSettingsChanged:", TDProduct::settingsChangedNotification);
 }
 
 void TDRootListController::tandemSettingsChanged(const Value& /*notification*/)

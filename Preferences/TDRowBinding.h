@@ -5,6 +5,3 @@
 /// What is stored for a control's value: the opposite of its boolean reading where the row says "negate", else the
 /// value itself. Reading does not undo it.
 Value valueToStore(const Value& value, const PSSpecifier& row);
-
-/// Posts the row's "PostNotification" to the other processes; nothing for a row without one.
-void postNotificationOf(const PSSpecifier& row);

@@ -46,6 +46,16 @@ std::string TDSettingsPage::localized(const char* text)
     return NSBundle::mainBundle()->localizedStringForKey_value_table(text, "", "");
 }
 
+void TDSettingsPage::followSwitch(
+    const Value& value, const std::function<void()>& showRows, const std::function<void()>& hideRows)
+{
+    changeRows([&] {
+        if (_specifiers)
+            value.boolValue() ? showRows() : hideRows();
+        reloadSpecifiers();
+    });
+}
+
 std::shared_ptr<UIImage> TDSettingsPage::bundleImage(const char* name) const
 {
     return UIImage::imageNamed_inBundle(name, *NSBundle::bundleForClass(isa()));

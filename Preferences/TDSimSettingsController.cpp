@@ -7,8 +7,10 @@
 #include "libtandem/TDUtils.h"
 
 NS_IMPLEMENTATION(TDSIMMaskTableCell)
-NS_IMPLEMENTATION(TDSimSettingsController, NS_METHOD(changeCarrierLogo), NS_METHOD(resetCarrierLogos),
-    NS_METHOD(showImagePicker), NS_METHOD(currentSubScriptionContext))
+NS_IMPLEMENTATION(TDSimSettingsController, NS_METHOD(simSettingsSpecifiers), NS_METHOD(changeCarrierLogo),
+    NS_METHOD(resetCarrierLogos), NS_METHOD(showImagePicker),
+    NS_METHOD(imagePickerController_didFinishPickingMediaWithInfo), NS_METHOD(currentSubScriptionContext),
+    NS_METHOD(setCurrentSubScriptionContext))
 
 namespace {
 
@@ -36,6 +38,22 @@ constexpr const char* removalFailure = "com.vexil.Pairo => Error: While removing
 Context simOf(const PSSpecifier& row)
 {
     return std::dynamic_pointer_cast<CTXPCServiceSubscriptionContext>(row.userInfo());
+}
+
+/// Absent for no SIM.
+std::optional<std::string> keyOf(const Context& context)
+{
+    return context ? std::optional(context->uuid().UUIDString()) : std::nullopt;
+}
+
+std::optional<std::string> labelOf(const Context& context)
+{
+    return context ? context->label() : std::nullopt;
+}
+
+std::optional<std::string> numberOf(const Context& context)
+{
+    return context ? context->phoneNumber() : std::nullopt;
 }
 
 void setAction(const Row& row, const std::string& action)
@@ -66,7 +84,7 @@ Row makeButton(const std::string& title, const std::shared_ptr<NSObject>& target
 }
 
 /// True when it is gone; a failure is logged.
-bool removeLogo(const std::string& simKey)
+bool removeLogo(const std::optional<std::string>& simKey)
 {
     const auto error = removeUserLogo(simKey);
     if (error)
@@ -150,7 +168,7 @@ void TDSimSettingsController::customiseSimCell(UITableViewCell& cell, const PSSp
     const Context context = simOf(row);
     const std::string simKey = componentsSeparatedByString(*row.identifier(), keySeparator).back();
     const auto carrier = TDUtils::carrierBundleController()->localizedCarrierNameForSubscriptionContext(context);
-    std::string detail = TDUtils::formattedPhoneNumber(context ? context->phoneNumber() : std::nullopt);
+    std::string detail = TDUtils::formattedPhoneNumber(numberOf(context));
     if (carrier) {
         cell.imageView()->setImage(getImage(*carrier, simKey));
         drawAsLogo(*cell.imageView());
@@ -173,9 +191,8 @@ void TDSimSettingsController::customiseMaskCell(UITableViewCell& cell, const PSS
     toggle->setOn_animated(false, false);
     toggle->addTarget_action_forControlEvents(self(), "switchChanged:", UIControlEventValueChanged);
     cell.setAccessoryView(toggle);
-    const Context context = simOf(row);
     if (cell.detailTextLabel()) {
-        cell.detailTextLabel()->setText(TDUtils::formattedPhoneNumber(context ? context->phoneNumber() : std::nullopt));
+        cell.detailTextLabel()->setText(TDUtils::formattedPhoneNumber(numberOf(simOf(row))));
         cell.detailTextLabel()->setTextColor(UIColor::lightGrayColor());
     }
     cell.setUserInteractionEnabled(true);
@@ -184,24 +201,22 @@ void TDSimSettingsController::customiseMaskCell(UITableViewCell& cell, const PSS
 void TDSimSettingsController::changeCarrierLogo(const Row& row)
 {
     const Context context = row ? simOf(*row) : nullptr;
-    if (!context)
-        return;
-    const std::string simKey = context->uuid().UUIDString();
-    const std::string message = context->label() ? stringWithFormat(localized(changeMessage), { *context->label() })
-                                                 : localized(changeMessageWithoutLabel);
+    const auto label = labelOf(context);
+    const std::string message =
+        label ? stringWithFormat(localized(changeMessage), { *label }) : localized(changeMessageWithoutLabel);
     const auto sheet = UIAlertController::alertControllerWithTitle_message_preferredStyle(
         localized(product), message, UIAlertControllerStyle::ActionSheet);
     const std::weak_ptr<TDSimSettingsController> weakPage = self();
 
     sheet->addAction({ localized("Change"), UIAlertActionStyle::Destructive, [weakPage, context] {
                           if (const auto page = weakPage.lock()) {
-                              page->setCurrentSubScriptionContext(context->uuid().UUIDString());
+                              page->setCurrentSubScriptionContext(keyOf(context));
                               page->showImagePicker();
                           }
                       } });
-    if (hasDefaultImageSetup(simKey)) {
+    if (hasDefaultImageSetup(keyOf(context))) {
         sheet->addAction({ localized("Reset"), UIAlertActionStyle::Destructive, [weakPage, context] {
-                              const bool removed = removeLogo(context->uuid().UUIDString());
+                              const bool removed = removeLogo(keyOf(context));
                               if (const auto page = removed ? weakPage.lock() : nullptr)
                                   page->reloadSpecifiers();
                           } });
@@ -220,7 +235,7 @@ void TDSimSettingsController::resetCarrierLogos(const Row& /*row*/)
     const std::weak_ptr<TDSimSettingsController> weakPage = self();
     sheet->addAction({ localized("Reset All"), UIAlertActionStyle::Destructive, [weakPage] {
                           for (const Context& context : TDUtils::fetchSubscriptions())
-                              removeLogo(context->uuid().UUIDString());
+                              removeLogo(keyOf(context));
                           if (const auto page = weakPage.lock())
                               page->reloadSpecifiers();
                       } });
@@ -241,8 +256,7 @@ void TDSimSettingsController::imagePickerController_didFinishPickingMediaWithInf
     const std::shared_ptr<UIImagePickerController>& picker, const Dictionary& info)
 {
     if (const auto image = valueForKey(info, UIImagePickerControllerEditedImage).as<UIImage>()) {
-        if (_currentSubScriptionContext)
-            saveImage(*_currentSubScriptionContext, image);
+        saveImage(_currentSubScriptionContext, image);
         reloadSpecifiers();
     }
     if (picker)

@@ -19,7 +19,7 @@ class TDSimSettingsController : public TDSettingsPage, public UIImagePickerContr
 public:
     /// The rows, made anew from the SIMs as they are now; none without SIMs.
     Rows simSettingsSpecifiers();
-    /// The action of a "Carrier Logo" button.
+    /// The action of a "Carrier Logo" button. Without a SIM the sheet speaks of "this carrier".
     void changeCarrierLogo(const Row& row);
     /// The action of the "Reset All Logos" button.
     void resetCarrierLogos(const Row& row);

@@ -3,7 +3,7 @@
 #include "TDPageStyle.h"
 
 NS_IMPLEMENTATION(TDSegmentableSlider)
-NS_IMPLEMENTATION(TDSliderCell, NS_METHOD(updateData))
+NS_IMPLEMENTATION(TDSliderCell, NS_METHOD(defaultCellHeight), NS_METHOD(updateData))
 
 namespace {
 
@@ -57,5 +57,6 @@ void TDSliderCell::layoutSubviews()
     textLabel()->setHidden(false);
     textLabel()->setAlpha(1);
     textLabel()->setFrame(textLabel()->frame().offsetBy(0, -verticalShift));
-    control()->setFrame(control()->frame().offsetBy(0, verticalShift));
+    if (control())
+        control()->setFrame(control()->frame().offsetBy(0, verticalShift));
 }

@@ -48,7 +48,6 @@ Json jsonOfRow(PSListController& page, std::size_t index)
     const Row row = page.specifierAtIndex(index);
     const auto path = page.indexPathForIndex(index);
     const auto property = [&](const char* key) { return jsonOf(row->propertyForKey(key)); };
-    const Value& enabled = row->propertyForKey(PSProperty::enabled);
     Json json { { "index", index } };
     json["section"] = page.sectionForIndex(index);
     json["row"] = path ? Json(path->row) : Json();
@@ -59,10 +58,10 @@ Json jsonOfRow(PSListController& page, std::size_t index)
     json["detail"] = row->detailControllerClass() ? Json(row->detailControllerClass()->name()) : Json();
     json["key"] = property(PSProperty::key);
     json["value"] = row->isGroup() ? Json() : jsonOf(row->performGetter());
-    json["enabled"] = enabled.isNull() || enabled.boolValue();
+    json["enabled"] = row->isEnabled();
     json["icon"] = row->propertyForKey(PSProperty::iconImage).as<UIImage>() != nullptr;
     json["footer"] = row->isGroup() ? jsonOf(page.footerOfGroup(row)) : property(PSProperty::footerText);
-    json["notification"] = property(PSProperty::postNotification);
+    json["notification"] = jsonOf(row->notificationName());
     return json;
 }
 

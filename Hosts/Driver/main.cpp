@@ -3,8 +3,8 @@
 #include "Driver/LayoutCheck.h"
 #include "Driver/Printer.h"
 #include "Driver/Watch.h"
-#include "Shared/BundleLoader.h"
 #include "Shared/LeakCheck.h"
+#include "libtandem/TDProduct.h"
 
 #include <algorithm>
 #include <charconv>
@@ -92,7 +92,7 @@ int check(const CommandLine& line)
     if (!host)
         return fail(host.failure().text, exitFailure);
     tell(**host);
-    const auto faults = layoutFaults(pluginBundlePath);
+    const auto faults = layoutFaults(TDProduct::bundlePath());
     for (const std::string& fault : faults)
         std::cout << fault << "\n";
     return faults.empty() ? 0 : exitFailure;

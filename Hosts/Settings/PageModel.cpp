@@ -238,6 +238,12 @@ std::optional<NSIndexPath> PageModel::pathAt(int index) const
     return _list->indexPathForIndex(place);
 }
 
+double PageModel::estimatedHeight(int index) const
+{
+    const auto path = pathAt(index);
+    return path ? _list->tableView_estimatedHeightForRowAtIndexPath(_list->table(), *path) : 0;
+}
+
 std::shared_ptr<PSTableCell> PageModel::cellAt(int index) const
 {
     const auto path = pathAt(index);

@@ -80,6 +80,8 @@ public:
     bool isRow(int index) const;
     bool isFirstOfSection(int index) const;
     bool isLastOfSection(int index) const;
+    /// How high the page expects the row to be, in points, without making its cell; 0 for what is no row.
+    double estimatedHeight(int index) const;
     /// The cell of the row, made where there is none yet; null for what is no row.
     std::shared_ptr<PSTableCell> cellAt(int index) const;
     /// The cell has been scrolled out of sight.

@@ -93,10 +93,20 @@ void PageRowItem::geometryChange(const QRectF& newGeometry, const QRectF& oldGeo
         layout();
 }
 
+void PageRowItem::takeEstimatedHeight()
+{
+    if (!_cell)
+        setImplicitHeight(_page->estimatedHeight(_row));
+}
+
 void PageRowItem::refresh()
 {
-    if (!isComponentComplete() || !_page || _row < 0 || _gone || _page->isSettling())
+    if (!_page || _row < 0 || _gone)
         return;
+    if (!isComponentComplete() || _page->isSettling()) {
+        takeEstimatedHeight();
+        return;
+    }
     _cell = _page->cellAt(_row);
     _workable = _cell && _page->canBeWorked(_row);
     _kind = kindOfRow();

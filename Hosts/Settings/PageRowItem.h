@@ -101,6 +101,8 @@ private:
     enum class Touch { None, Row, Switch, Track, Thumb };
 
     void refresh();
+    /// Holds the place of a row whose cell is not made yet.
+    void takeEstimatedHeight();
     void leaveWith(int first, int last);
     void layout();
     double textsHeight() const;

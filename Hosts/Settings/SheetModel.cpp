@@ -1,8 +1,10 @@
 #include "SheetModel.h"
 
+#include "Foundation/NSString.h"
 #include "Phone/Phone.h"
 #include "Picture.h"
 #include "SettingsHost.h"
+#include "libtandem/TDProduct.h"
 
 #include <QClipboard>
 #include <QDir>
@@ -14,9 +16,8 @@
 
 namespace {
 
-/// Where the phone keeps a picture while a mail that carries it is written.
-constexpr const char* outboxDirectory = "/var/mobile/Library/Caches/com.vexil.tandem";
-constexpr const char* outboxPicture = "/var/mobile/Library/Caches/com.vexil.tandem/Pairo.png";
+/// The picture that a mail carries, while it is written.
+constexpr const char* outboxPicture = "Pairo.png";
 constexpr int mostCopies = 1000;
 constexpr const char* noMailProgram = QT_TRANSLATE_NOOP("SheetModel", "No mail program could be reached.");
 
@@ -175,9 +176,10 @@ void SheetModel::mail()
             sheet->setOutcome(tr(noMailProgram));
     };
     const auto png = activity() ? UIImagePNGRepresentation(activity()->image()) : std::nullopt;
-    if (png && phone.files && phone.files->createDirectory(outboxDirectory)
-        && phone.files->replace(outboxPicture, *png))
-        draft.attachments.emplace_back(outboxPicture);
+    const std::string outbox = TDProduct::cacheDirectory();
+    const std::string picture = stringByAppendingPathComponent(outbox, outboxPicture);
+    if (png && phone.files && phone.files->createDirectory(outbox) && phone.files->replace(picture, *png))
+        draft.attachments.push_back(picture);
     const bool composed = phone.mail && phone.mail->compose(draft);
     setOutcome(composed ? tr("Handed to the mail program") : tr(noMailProgram));
 }

@@ -1,20 +1,15 @@
 #include "Shared/CompanionFiles.h"
 
 #include "Shared/SettingsFile.h"
+#include "libtandem/TDProduct.h"
 
 #include <filesystem>
 
 namespace fs = std::filesystem;
 
-namespace {
-
-constexpr const char* logoFolder = "/var/mobile/Library/Preferences/Tandem";
-
-} // namespace
-
 std::vector<std::string> CompanionFiles::hostFolders() const
 {
-    return { _files->hostPath(SettingsFile::folder), _files->hostPath(logoFolder) };
+    return { _files->hostPath(SettingsFile::folder), _files->hostPath(TDProduct::logoDirectory()) };
 }
 
 CompanionFiles::Stamps CompanionFiles::stamps() const
@@ -24,10 +19,11 @@ CompanionFiles::Stamps CompanionFiles::stamps() const
         if (const auto stamp = _files->stamp(path))
             stamps.emplace(path, *stamp);
     };
-    add(bindingsPath);
+    add(TDProduct::bindingsPath());
+    const std::string logoFolder = TDProduct::logoDirectory();
     std::error_code error;
     for (fs::directory_iterator logo(_files->hostPath(logoFolder), error), end; !error && logo != end;
          logo.increment(error))
-        add(std::string(logoFolder) + "/" + logo->path().filename().string());
+        add(logoFolder + "/" + logo->path().filename().string());
     return stamps;
 }

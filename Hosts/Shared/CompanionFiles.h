@@ -11,8 +11,6 @@
 /// carriers.
 class CompanionFiles {
 public:
-    static constexpr const char* bindingsPath = "/var/mobile/Library/Preferences/com.vexil.tandem.bluetooth.plist";
-
     explicit CompanionFiles(std::shared_ptr<DiskFiles> files)
         : _files(std::move(files))
     {

@@ -1,5 +1,7 @@
 #include "Shared/HostOptions.h"
 
+#include "libtandem/TDProduct.h"
+
 #include <cstdlib>
 #include <filesystem>
 
@@ -7,7 +9,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* bundleName = "TandemPreferences.bundle";
 constexpr const char* demoPhoneFile = "DemoPhone/demo.json";
 
 std::string environment(const char* name)
@@ -31,7 +32,7 @@ std::string firstThatExists(std::initializer_list<fs::path> candidates)
 std::string HostOptions::defaultPhone()
 {
     std::error_code ignored;
-    return fs::exists(fs::path(programDirectory()) / bundleName, ignored) ? demoPhone : linuxPhone;
+    return fs::exists(fs::path(programDirectory()) / TDProduct::bundleName, ignored) ? demoPhone : linuxPhone;
 }
 
 std::string HostOptions::defaultRoot()
@@ -52,7 +53,8 @@ std::string programDirectory()
 std::string ownBundleDirectory()
 {
     const fs::path program = programDirectory();
-    return firstThatExists({ program / bundleName, program / TANDEM_INSTALLED_LIBRARIES / bundleName });
+    return firstThatExists(
+        { program / TDProduct::bundleName, program / TANDEM_INSTALLED_LIBRARIES / TDProduct::bundleName });
 }
 
 std::string ownDemoPhone()

@@ -7,6 +7,7 @@
 #include "Shared/UserLanguages.h"
 #include "Storage/LibplistPropertyLists.h"
 #include "UIKit/UIImage.h"
+#include "libtandem/TDProduct.h"
 #include "libtandem/TDSettings.h"
 
 #include <csignal>
@@ -17,7 +18,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* settingsChangedNotification = "com.vexil.tandemSettingsChanged";
 /// The name of the entry by which a Settings application opens the product.
 constexpr const char* productEntry = "Pairo";
 
@@ -63,7 +63,7 @@ Result<std::unique_ptr<HostSession>> HostSession::open(const HostOptions& option
 
     phone.propertyLists = std::make_shared<LibplistPropertyLists>();
     phone.files = session->_turnFiles = std::make_shared<TurnFiles>(
-        session->_files, std::vector<std::string> { SettingsFile::path, CompanionFiles::bindingsPath });
+        session->_files, std::vector<std::string> { SettingsFile::path, TDProduct::bindingsPath() });
     phone.images = std::make_shared<QtImages>();
     phone.languages = userLanguages();
     if (decorate)
@@ -78,7 +78,7 @@ Result<std::unique_ptr<HostSession>> HostSession::open(const HostOptions& option
     session->_companions = std::make_unique<CompanionFiles>(session->_files);
     if (const auto made = options.provision ? session->provision() : Result<void>(); !made)
         return made.failure();
-    const auto principalClass = loadPrincipalClass(*session->_files, pluginBundlePath);
+    const auto principalClass = loadPrincipalClass(*session->_files, TDProduct::bundlePath());
     if (!principalClass)
         return principalClass.failure();
     session->_principalClass = *principalClass;
@@ -113,8 +113,8 @@ Result<void> HostSession::provision()
 {
     const std::string bundle = ownBundleDirectory();
     if (bundle.empty())
-        return Failure { "TandemPreferences.bundle is neither beside this program nor installed" };
-    if (auto linked = refreshLink(_files->hostPath(pluginBundlePath), bundle); !linked)
+        return Failure { std::string(TDProduct::bundleName) + " is neither beside this program nor installed" };
+    if (auto linked = refreshLink(_files->hostPath(TDProduct::bundlePath()), bundle); !linked)
         return linked;
     const bool locked = _settingsFile->lock();
     auto made = _settingsFile->provision();
@@ -178,7 +178,7 @@ HostSession::TurnEnd::~TurnEnd()
 void HostSession::catchUp()
 {
     TDSettings::sharedSettings()->reloadSettings();
-    NSNotificationCenter::defaultCenter().postNotificationName(settingsChangedNotification);
+    NSNotificationCenter::defaultCenter().postNotificationName(TDProduct::settingsChangedNotification);
     reloadPages();
 }
 

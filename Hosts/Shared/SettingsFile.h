@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Foundation/NSString.h"
+#include "Foundation/UserDirectories.h"
 #include "Shared/TurnFiles.h"
+#include "libtandem/TDProduct.h"
 
 #include <optional>
 #include <string>
@@ -10,9 +13,10 @@
 /// at the same time.
 class SettingsFile {
 public:
-    static constexpr const char* folder = "/var/mobile/Library/Preferences";
-    static constexpr const char* path = "/var/mobile/Library/Preferences/com.vexil.tandem.plist";
-    static constexpr const char* goodCopyPath = "/var/mobile/Library/Preferences/.com.vexil.tandem.plist.good";
+    static inline const std::string folder = preferencesDirectory();
+    static inline const std::string path = TDProduct::settingsPath();
+    static inline const std::string goodCopyPath =
+        stringByAppendingPathComponent(folder, std::string(".") + TDProduct::settingsFileName + ".good");
 
     explicit SettingsFile(std::shared_ptr<TurnFiles> files)
         : _files(std::move(files))

@@ -1,15 +1,15 @@
 #include "libtandem/TDLogFile.h"
 
 #include "Foundation/NSString.h"
+#include "Foundation/UserDirectories.h"
 #include "Phone/Phone.h"
+#include "libtandem/TDProduct.h"
 
 #include <algorithm>
 #include <chrono>
 
 namespace {
 
-constexpr const char* logDirectory = "/var/mobile/Library/Logs";
-constexpr const char* logFile = "/var/mobile/Library/Logs/com.vexil.tandem.log";
 constexpr std::size_t largestLog = std::size_t { 1 } << 20;
 constexpr double referenceDateSince1970 = 978307200;
 
@@ -26,10 +26,10 @@ Bytes newerHalf(const Bytes& log)
     return middle == log.end() ? Bytes() : Bytes(middle + 1, log.end());
 }
 
-void shorten(Files& files)
+void shorten(Files& files, const std::string& path)
 {
-    if (const auto log = files.read(logFile))
-        files.replace(logFile, newerHalf(*log));
+    if (const auto log = files.read(path))
+        files.replace(path, newerHalf(*log));
 }
 
 } // namespace
@@ -42,9 +42,10 @@ void appendToLogFile(const std::string& line)
     const std::string entry = stringWithFormat("%@ %@\n", { now(), line });
     const Bytes bytes(
         entry.begin(), entry.begin() + static_cast<std::ptrdiff_t>(std::min(entry.size(), largestLog / 2)));
-    auto length = files->append(logFile, bytes);
-    if (!length && files->createDirectory(logDirectory))
-        length = files->append(logFile, bytes);
+    const std::string path = TDProduct::logPath();
+    auto length = files->append(path, bytes);
+    if (!length && files->createDirectory(logsDirectory()))
+        length = files->append(path, bytes);
     if (length && *length > largestLog)
-        shorten(*files);
+        shorten(*files, path);
 }

@@ -29,15 +29,17 @@ public:
     bool isDefaultActionForMessages() const { return flag("ShowSimSlectionForMessages", true); }
     bool isLoggingEnabled() const { return flag("TandemLoggingEnabled", false); }
 
+    // The bindings. An absent address names no device and is never bound.
     /// The device is bound, to a SIM or to none.
-    bool hasBluetoothDevice(const std::string& address) const;
-    /// The UUID text of the SIM that the device is bound to, or was when it was last switched off; absent when there
-    /// was none.
-    std::optional<std::string> defaultSIMForBluetooth(const std::string& address) const;
+    bool hasBluetoothDevice(const std::optional<std::string>& address) const;
+    /// The UUID text, in upper case, of the SIM that the device is bound to, or was when it was last switched off;
+    /// absent when there was none.
+    std::optional<std::string> defaultSIMForBluetooth(const std::optional<std::string>& address) const;
     /// Binds the device, in place of an earlier binding.
-    void addToBluetoothDevices_defaultSIM(const std::string& address, const std::optional<std::string>& sim);
+    void addToBluetoothDevices_defaultSIM(
+        const std::optional<std::string>& address, const std::optional<std::string>& sim);
     /// Unbinds the device; its SIM is remembered for the next time.
-    void removeFromBluetoothDevices(const std::string& address);
+    void removeFromBluetoothDevices(const std::optional<std::string>& address);
 
 private:
     void load();

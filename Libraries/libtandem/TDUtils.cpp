@@ -2,16 +2,11 @@
 
 #include "Foundation/NSString.h"
 #include "Phone/Phone.h"
+#include "libtandem/TDAccentColor.h"
 #include "libtandem/TDLogFile.h"
 #include "libtandem/TDSettings.h"
 
-NS_IMPLEMENTATION(TDCarrierBundleController)
-
-namespace {
-
-constexpr UIColor barColor { 28 / 255.0F, 77 / 255.0F, 170 / 255.0F, 1 };
-
-}
+NS_IMPLEMENTATION(TDCarrierBundleController, NS_METHOD(localizedCarrierNameForSubscriptionContext))
 
 std::optional<std::string> TDCarrierBundleController::localizedCarrierNameForSubscriptionContext(
     const std::shared_ptr<CTXPCServiceSubscriptionContext>& context) const
@@ -36,7 +31,7 @@ bool TDUtils::isDarkModeEnabled()
 
 UIColor TDUtils::navigationBarColor(const Class& /*cls*/)
 {
-    return barColor;
+    return accentColor;
 }
 
 TDUtils::Contexts TDUtils::fetchSubscriptions()

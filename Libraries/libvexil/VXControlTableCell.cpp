@@ -1,6 +1,6 @@
 #include "libvexil/VXControlTableCell.h"
 
-NS_IMPLEMENTATION(VXControlTableCell)
+NS_IMPLEMENTATION(VXControlTableCell, NS_METHOD(switchCellOnTintColor))
 
 bool VXControlTableCell::initWithStyle_reuseIdentifier_specifier(
     UITableViewCellStyle style, std::optional<std::string> reuseIdentifier, const Row& row)

@@ -2,14 +2,15 @@
 
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSString.h"
+#include "Foundation/UserDirectories.h"
 #include "Phone/Phone.h"
 #include "UIKit/UIAlertController.h"
 #include "libvexil/VXFooterText.h"
 #include "libvexil/VXLogMask.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
+#include <ctime>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -18,12 +19,12 @@ NS_IMPLEMENTATION(VXMiscSettingsViewController, NS_METHOD(hasCustomNavigationBar
     NS_METHOD(customNavigationBarColor), NS_METHOD(twitterMessage), NS_METHOD(twitterImage),
     NS_METHOD(copyRightSpecifier), NS_METHOD(copryRightSpecifierText), NS_METHOD(specifiersFileName),
     NS_METHOD(serviceName), NS_METHOD(productName), NS_METHOD(customBackButton), NS_METHOD(showError),
-    NS_METHOD(emailLogFile), NS_METHOD(backButtonAction), NS_METHOD(shareAction))
+    NS_METHOD(emailLogFile), NS_METHOD(backButtonAction), NS_METHOD(shareAction),
+    NS_METHOD(vx__specifierByIdentifier_identifier), NS_METHOD(vx__indexByIdentifier_identifier))
 
 namespace {
 
 constexpr const char* supportAddress = "support@vexil.example";
-constexpr const char* logDirectory = "/var/mobile/Library/Logs";
 constexpr const char* noLogMessage = "There is no log yet. Use the phone with logging turned on and try again.";
 constexpr const char* noMailMessage = "No mail program could be reached.";
 constexpr const char* noCopyMessage = "The log could not be copied.";
@@ -117,10 +118,14 @@ void showErrorOnTop(const UINavigationController& navigation, const std::string&
             errorAlert(title, message), true, nullptr);
 }
 
+/// On the user's own clock, which may be set to another time zone while the program runs.
 long currentYear()
 {
-    const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
-    return static_cast<int>(std::chrono::year_month_day(today).year());
+    const std::time_t now = std::time(nullptr);
+    std::tm parts {};
+    tzset();
+    localtime_r(&now, &parts);
+    return parts.tm_year + 1900L;
 }
 
 } // namespace
@@ -179,7 +184,7 @@ void VXMiscSettingsViewController::showError(const std::string& message)
 
 void VXMiscSettingsViewController::emailLogFile(const Value& /*sender*/)
 {
-    const std::string log = stringByAppendingPathComponent(logDirectory, serviceName() + ".log");
+    const std::string log = stringByAppendingPathComponent(logsDirectory(), serviceName() + ".log");
     const auto& mail = Phone::current().mail;
     if (!textOfFile(log))
         showError(translated(noLogMessage));

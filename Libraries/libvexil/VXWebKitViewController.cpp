@@ -2,7 +2,7 @@
 
 #include "Phone/Phone.h"
 
-NS_IMPLEMENTATION(VXWebKitViewController)
+NS_IMPLEMENTATION(VXWebKitViewController, NS_INITIALIZER(initWithProduct_loadDefault))
 
 namespace {
 

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
+#include <limits>
+#include <optional>
 
 namespace {
 
@@ -175,6 +177,48 @@ void printInside(std::string& out, const Value& value, std::size_t level)
         out += quoted(printedLeaf(value));
 }
 
+/// A place in a format that an argument fills.
+struct Placeholder {
+    std::size_t length;
+    /// Which argument, counted from 1; nothing for the next in order.
+    std::optional<std::size_t> position;
+    bool isInteger;
+};
+
+/// Takes a position, as "2$", off the text; nothing where the text begins with none. One beyond all numbers is the
+/// largest.
+std::optional<std::size_t> takePosition(std::string_view& text)
+{
+    const std::size_t end = text.find_first_not_of("0123456789");
+    if (end == 0 || end == std::string_view::npos || text[end] != '$')
+        return std::nullopt;
+    std::size_t position = std::numeric_limits<std::size_t>::max();
+    std::from_chars(text.data(), text.data() + end, position);
+    if (position == 0)
+        return std::nullopt;
+    text.remove_prefix(end + 1);
+    return position;
+}
+
+/// The placeholder that the format begins with.
+std::optional<Placeholder> placeholderAt(std::string_view format)
+{
+    if (!format.starts_with('%'))
+        return std::nullopt;
+    std::string_view rest = format.substr(1);
+    const auto position = takePosition(rest);
+    for (const std::string_view conversion : { "@", "ld", "lu", "d" }) {
+        if (rest.starts_with(conversion))
+            return Placeholder { format.size() - rest.size() + conversion.size(), position, conversion != "@" };
+    }
+    return std::nullopt;
+}
+
+std::string printedArgument(const Value& argument, bool isInteger)
+{
+    return isInteger ? printedInteger(argument) : descriptionOf(argument);
+}
+
 } // namespace
 
 std::string descriptionOf(const Value& value)
@@ -188,35 +232,24 @@ std::string descriptionOf(const Value& value)
 
 std::string stringWithFormat(std::string_view format, std::initializer_list<Value> arguments)
 {
-    struct Placeholder {
-        std::string_view text;
-        bool isInteger;
-    };
-    constexpr std::array<Placeholder, 4> placeholders { { { "%@", false }, { "%ld", true }, { "%lu", true },
-        { "%d", true } } };
     std::string out;
-    const auto* argument = arguments.begin();
+    std::size_t next = 0;
     while (!format.empty()) {
         if (format.starts_with("%%")) {
             out += '%';
             format.remove_prefix(2);
             continue;
         }
-        const Placeholder* found = nullptr;
-        for (const Placeholder& candidate : placeholders) {
-            if (format.starts_with(candidate.text))
-                found = &candidate;
-        }
-        if (!found) {
+        const auto placeholder = placeholderAt(format);
+        if (!placeholder) {
             out += format.front();
             format.remove_prefix(1);
             continue;
         }
-        if (argument == arguments.end())
-            out += nullText;
-        else
-            out += found->isInteger ? printedInteger(*argument++) : descriptionOf(*argument++);
-        format.remove_prefix(found->text.size());
+        const std::size_t index = placeholder->position ? *placeholder->position - 1 : next++;
+        out += index < arguments.size() ? printedArgument(arguments.begin()[index], placeholder->isInteger)
+                                        : std::string(nullText);
+        format.remove_prefix(placeholder->length);
     }
     return out;
 }

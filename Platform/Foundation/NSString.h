@@ -11,8 +11,9 @@
 /// lines with the keys in ascending order, objects by their own description.
 std::string descriptionOf(const Value& value);
 
-/// The format with its placeholders filled in order: %@ for any value, %ld, %lu and %d for integers, %% for a percent
-/// sign. A placeholder without an argument prints "(null)"; anything else after a percent sign stands as it is.
+/// The format with its placeholders filled: %@ for any value, %ld, %lu and %d for integers, %% for a percent sign. They
+/// take the arguments in order; one with a position, as %2$@, takes the argument of that number and leaves the order of
+/// the others. A placeholder without an argument prints "(null)"; anything else after a percent sign stands as it is.
 std::string stringWithFormat(std::string_view format, std::initializer_list<Value> arguments);
 
 /// The two joined with exactly one separator between them, and none at the end.

@@ -2,8 +2,8 @@
 
 #include "Phone/Phone.h"
 
-NS_IMPLEMENTATION(BluetoothDevice)
-NS_IMPLEMENTATION(BluetoothManager)
+NS_IMPLEMENTATION(BluetoothDevice, NS_METHOD(name), NS_METHOD(address))
+NS_IMPLEMENTATION(BluetoothManager, NS_METHOD(sharedInstance), NS_METHOD(pairedDevices))
 
 std::shared_ptr<BluetoothManager> BluetoothManager::sharedInstance()
 {

@@ -11,12 +11,9 @@ class NSUUID final : public NSObject {
     NS_CLASS(NSUUID, NSObject)
 public:
     NSUUID() = default;
-    explicit NSUUID(std::string text)
-        : _text(std::move(text))
-    {
-    }
+    explicit NSUUID(std::string text);
 
-    /// 36 characters in upper case, from a well-behaved service.
+    /// 36 characters, in upper case whatever the text was; a text that is no UUID stays as it is.
     const std::string& UUIDString() const { return _text; }
 
 private:

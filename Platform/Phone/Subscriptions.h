@@ -6,7 +6,7 @@
 
 /// A SIM as the telephony service describes it. What the service does not know is absent.
 struct Subscription {
-    /// The upper-case text of its UUID, 36 characters from a well-behaved service.
+    /// The text of its UUID.
     std::string uuid;
     std::optional<std::string> label;
     std::optional<std::string> phoneNumber;

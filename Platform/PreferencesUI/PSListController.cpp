@@ -2,28 +2,25 @@
 
 #include "Foundation/NSFileManager.h"
 #include "Foundation/NSString.h"
-#include "Phone/Phone.h"
+#include "Foundation/UserDirectories.h"
 #include "PreferencesUI/PSPageDefinition.h"
 
-#include <stdexcept>
-
-NS_IMPLEMENTATION(PSListController, NS_METHOD(readPreferenceValue), NS_METHOD(setPreferenceValue_specifier),
-    NS_METHOD(reloadSpecifiers))
+NS_IMPLEMENTATION(PSListController, NS_INITIALIZER(initForContentSize), NS_METHOD(specifiers),
+    NS_METHOD(loadSpecifiersFromPlistName_target), NS_METHOD(reloadSpecifiers), NS_METHOD(specifierAtIndex),
+    NS_METHOD(indexForRow_inGroup), NS_METHOD(insertSpecifier_atIndex_animated),
+    NS_METHOD(removeSpecifierAtIndex_animated), NS_METHOD(readPreferenceValue), NS_METHOD(setPreferenceValue_specifier),
+    NS_METHOD(parentController), NS_METHOD(setParentController), NS_METHOD(specifier), NS_METHOD(setSpecifier),
+    NS_METHOD(tableView_cellForRowAtIndexPath), NS_METHOD(tableView_estimatedHeightForRowAtIndexPath),
+    NS_METHOD(tableView_heightForRowAtIndexPath), NS_METHOD(tableView_shouldHighlightRowAtIndexPath),
+    NS_METHOD(tableView_didSelectRowAtIndexPath))
 
 namespace {
 
-constexpr const char* preferencesDirectory = "/var/mobile/Library/Preferences";
 constexpr double rowHeight = 44;
 
 std::string pathOfDefaults(const std::string& domain)
 {
-    return stringByAppendingPathComponent(preferencesDirectory, domain + ".plist");
-}
-
-[[noreturn]] void raiseRangeError(const char* operation, std::size_t index, std::size_t count)
-{
-    throw std::out_of_range(
-        stringWithFormat("%@ index %@ beyond bounds of a list of %@ rows", { operation, Value(index), Value(count) }));
+    return stringByAppendingPathComponent(preferencesDirectory(), domain + ".plist");
 }
 
 const Class& classOfCell(const PSSpecifier& row)
@@ -89,6 +86,20 @@ void PSListController::reloadSpecifiers()
         throw;
     }
     _table->reloadData();
+}
+
+void PSListController::changeRows(const std::function<void()>& changes)
+{
+    const auto before = _specifiers;
+    try {
+        changes();
+    } catch (...) {
+        if (std::exchange(_specifiers, before) != before) {
+            _sections.reset();
+            _table->reloadData();
+        }
+        throw;
+    }
 }
 
 const Row& PSListController::specifierAtIndex(std::size_t index)
@@ -201,9 +212,7 @@ void PSListController::setPreferenceValue_specifier(const Value& value, const Ro
         stored.erase(*key);
     if (const auto serialized = dataWithPropertyList(stored); serialized.data)
         writeToFile(*serialized.data, path, Atomically::Yes);
-    const auto* notification = row->propertyForKey(PSProperty::postNotification).string();
-    if (notification && Phone::current().darwinNotifications)
-        Phone::current().darwinNotifications->post(*notification);
+    row->postNotification();
 }
 
 void PSListController::viewDidLoad()

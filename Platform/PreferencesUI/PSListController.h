@@ -4,6 +4,8 @@
 #include "UIKit/UITableView.h"
 #include "UIKit/UIViewController.h"
 
+#include <functional>
+
 /// A settings page: a list of rows in groups, each shown by a cell. Pages override `specifiers` to say which rows they
 /// have.
 class PSListController : public UIViewController, public UITableViewDataSource {
@@ -71,6 +73,9 @@ public:
     void tableView_didSelectRowAtIndexPath(UITableView& table, NSIndexPath path) override;
 
 protected:
+    /// Makes changes to the rows that belong together. When one of them raises, the rows are shown again as they stood
+    /// before, and the error goes on.
+    void changeRows(const std::function<void()>& changes);
     /// The row of an index path. Raises std::out_of_range when there is none.
     const Row& rowAt(NSIndexPath path) { return specifierAtIndex(indexForRow_inGroup(path.row, path.section)); }
 

@@ -37,11 +37,11 @@ public:
     }
 
 private:
-    std::optional<std::string> translated(const Value& text) const
+    static std::optional<std::string> translated(const Value& text)
     {
         if (!text.string())
             return std::nullopt;
-        return _bundle->localizedStringForKey_value_table(*text.string(), "", _name);
+        return NSBundle::mainBundle()->localizedStringForKey_value_table(*text.string(), "", "");
     }
 
     Row makeRow(const Dictionary& item) const

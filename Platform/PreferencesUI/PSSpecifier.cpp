@@ -1,11 +1,15 @@
 #include "PreferencesUI/PSSpecifier.h"
 
 #include "Foundation/NSString.h"
+#include "Phone/Phone.h"
 
 #include <array>
 #include <stdexcept>
 
-NS_IMPLEMENTATION(PSSpecifier, NS_METHOD(setButtonAction))
+NS_IMPLEMENTATION(PSSpecifier, NS_METHOD(preferenceSpecifierNamed_target_set_get_detail_cell_edit),
+    NS_METHOD(groupSpecifierWithName), NS_METHOD(emptyGroupSpecifier), NS_METHOD(name), NS_METHOD(identifier),
+    NS_METHOD(setIdentifier), NS_METHOD(userInfo), NS_METHOD(setUserInfo), NS_METHOD(properties),
+    NS_METHOD(propertyForKey), NS_METHOD(setProperty_forKey), NS_METHOD(setButtonAction))
 
 namespace {
 
@@ -63,6 +67,25 @@ void PSSpecifier::setProperty_forKey(const Value& value, const std::string& key)
         _properties.insert_or_assign(key, value);
 }
 
+bool PSSpecifier::isEnabled() const
+{
+    const Value& enabled = propertyForKey(PSProperty::enabled);
+    return enabled.isNull() || enabled.boolValue();
+}
+
+std::optional<std::string> PSSpecifier::notificationName() const
+{
+    return propertyForKey(PSProperty::postNotification).optionalString();
+}
+
+void PSSpecifier::postNotification() const
+{
+    const auto name = notificationName();
+    const auto& center = Phone::current().darwinNotifications;
+    if (name && center)
+        center->post(*name);
+}
+
 Value PSSpecifier::performGetter() const
 {
     const auto receiver = target();
@@ -90,10 +113,22 @@ std::string PSSpecifier::description() const
     return stringWithFormat("<PSSpecifier %@ %@>", { nameOfCellType(_cellType), _identifier });
 }
 
+void raiseRangeError(const char* operation, std::size_t index, std::size_t count)
+{
+    throw std::out_of_range(
+        stringWithFormat("%@ index %@ beyond bounds of a list of %@ rows", { operation, Value(index), Value(count) }));
+}
+
+const Row& rowAtIndex(const Rows& rows, std::size_t index)
+{
+    if (index >= rows.size())
+        raiseRangeError("objectAtIndex:", index, rows.size());
+    return rows[index];
+}
+
 void removeRowAtIndex(Rows& rows, std::size_t index)
 {
     if (index >= rows.size())
-        throw std::out_of_range(stringWithFormat(
-            "removeObjectAtIndex: index %@ beyond bounds of a list of %@ rows", { Value(index), Value(rows.size()) }));
+        raiseRangeError("removeObjectAtIndex:", index, rows.size());
     rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(index));
 }

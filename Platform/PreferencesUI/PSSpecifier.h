@@ -103,6 +103,13 @@ public:
     const Value& propertyForKey(std::string_view key) const { return valueForKey(_properties, key); }
     /// Null takes the property away.
     void setProperty_forKey(const Value& value, const std::string& key);
+    /// False for a row that is shown but cannot be worked ("enabled"); without the property it can.
+    bool isEnabled() const;
+    /// The notification that other processes get after the row's value was stored ("PostNotification"); absent for
+    /// none.
+    std::optional<std::string> notificationName() const;
+    /// Posts that notification; does nothing for a row without one.
+    void postNotification() const;
 
     /// The row's value, as its target reads it; null without a getter or a target.
     Value performGetter() const;
@@ -126,5 +133,10 @@ private:
     Dictionary _properties;
 };
 
-/// Takes the row at that index away. Raises the list's range error, std::out_of_range, when there is none.
+/// The list's range error, std::out_of_range: the operation was given an index that a list of so many rows does not
+/// have.
+[[noreturn]] void raiseRangeError(const char* operation, std::size_t index, std::size_t count);
+/// Raises the list's range error when there is no such row.
+const Row& rowAtIndex(const Rows& rows, std::size_t index);
+/// Takes the row at that index away. Raises the list's range error when there is none.
 void removeRowAtIndex(Rows& rows, std::size_t index);

@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <cmath>
 
-NS_IMPLEMENTATION(PSTableCell)
-NS_IMPLEMENTATION(PSControlTableCell, NS_METHOD(controlChanged))
+NS_IMPLEMENTATION(PSTableCell, NS_INITIALIZER(initWithStyle_reuseIdentifier_specifier),
+    NS_INITIALIZER(initWithSpecifier), NS_METHOD(specifier), NS_METHOD(title), NS_METHOD(setTitle),
+    NS_METHOD(refreshCellContentsWithSpecifier), NS_METHOD(preferredHeightForWidth))
+NS_IMPLEMENTATION(
+    PSControlTableCell, NS_METHOD(control), NS_METHOD(setControl), NS_METHOD(controlValue), NS_METHOD(controlChanged))
 NS_IMPLEMENTATION(PSSwitchTableCell)
-NS_IMPLEMENTATION(PSSegmentableSlider)
+NS_IMPLEMENTATION(PSSegmentableSlider, NS_METHOD(valueTextRectForBounds))
 NS_IMPLEMENTATION(PSSliderTableCell)
 
 namespace {
@@ -57,8 +60,7 @@ void PSTableCell::refreshCellContentsWithSpecifier(const Row& row)
         return;
     setTitle(row->name());
     imageView()->setImage(row->propertyForKey(PSProperty::iconImage).as<UIImage>());
-    const Value& enabled = row->propertyForKey(PSProperty::enabled);
-    setUserInteractionEnabled(enabled.isNull() || enabled.boolValue());
+    setUserInteractionEnabled(row->isEnabled());
     setAccessoryType(row->detailControllerClass() ? UITableViewCellAccessoryType::DisclosureIndicator
                                                   : UITableViewCellAccessoryType::None);
     if (row->cellType() == PSCellType::StaticText)
@@ -216,7 +218,7 @@ double PSSliderTableCell::extraTitleHeight(double width) const
 
 double PSSliderTableCell::heightThatFits(double width) const
 {
-    return sliderRowHeight + 2 * extraTitleHeight(width);
+    return sliderRowHeight + extraTitleHeight(width);
 }
 
 void PSSliderTableCell::layoutSubviews()
@@ -225,8 +227,8 @@ void PSSliderTableCell::layoutSubviews()
     if (!control())
         return;
     const TextArea area = textArea(frame().width);
-    const double apart = extraTitleHeight(frame().width) / 2;
     const double title = textLabel()->sizeThatFits(area.width).height;
-    textLabel()->setFrame({ area.x, (frame().height - title) / 2 - apart, area.width, title });
-    control()->setFrame({ area.x, (frame().height - sliderHeight) / 2 + apart, area.width, sliderHeight });
+    const double lower = extraTitleHeight(frame().width) / 2;
+    textLabel()->setFrame({ area.x, (frame().height - title) / 2, area.width, title });
+    control()->setFrame({ area.x, (frame().height - sliderHeight) / 2 + lower, area.width, sliderHeight });
 }

@@ -94,8 +94,7 @@ public:
         UITableViewCellStyle style, std::optional<std::string> reuseIdentifier, const Row& row) override;
     void refreshCellContentsWithSpecifier(const Row& row) override;
     double heightThatFits(double width) const override;
-    /// The title and the slider, both centred in the row: the slider covers the place of a title of one line. A title
-    /// of more lines moves up, and the slider down, by half of what it needs more.
+    /// The title in the middle of the row, and the slider in the place of the title's last line.
     void layoutSubviews() override;
 
 private:

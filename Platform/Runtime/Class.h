@@ -1,11 +1,13 @@
 #pragma once
 
+#include "Runtime/Boxing.h"
 #include "Runtime/Value.h"
 
 #include <initializer_list>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <unordered_map>
 #include <vector>
@@ -14,16 +16,20 @@
 /// `updateSettingsDict_forKey` with two arguments is `updateSettingsDict:forKey:`.
 std::string selectorFromName(std::string_view name, std::size_t argumentCount);
 
-/// A method that can be reached by its selector, with at most two arguments.
+/// A method that can be reached by its selector. Two arguments are passed at most; those after them arrive as null,
+/// zero or empty, and so does one that the caller gives in another type.
 struct Method {
     using Function = Value (*)(NSObject&, const Value&, const Value&);
 
     std::string selector;
     Function function;
 
-    /// The method of a member function. Arguments that the caller gives in another type arrive as null, zero or empty.
-    template <auto member>
+    /// The method of a member function, or of a function of the class, which its instances answer too.
+    template <auto function>
     static Method of(std::string_view name);
+    /// The method of an initialiser: its result is the object, or null when that could not be made.
+    template <auto function>
+    static Method ofInitializer(std::string_view name);
 };
 
 /// A class as the runtime knows it: its name, its superclass, how to make an instance, what its instances respond to.
@@ -77,47 +83,45 @@ const Class* NSClassFromString(std::string_view name);
 
 namespace runtime {
 
-template <class T>
-struct Argument {
-    static T from(const Value& value)
-    {
-        if constexpr (std::is_same_v<T, Value>)
-            return value;
-        else if constexpr (std::is_same_v<T, bool>)
-            return value.boolValue();
-        else if constexpr (std::is_integral_v<T>)
-            return static_cast<T>(value.integerValue());
-        else if constexpr (std::is_same_v<T, std::string>)
-            return value.optionalString().value_or(std::string());
-        else if constexpr (std::is_same_v<T, const Class*>)
-            return value.classObject();
-        else
-            return value.as<typename T::element_type>();
-    }
-};
+inline const Value absentArgument;
 
+/// Calls a function with arguments from values. A function of a class has no Owner: `void`.
 template <class Owner, class Result, class... Arguments>
 struct Signature {
     static constexpr std::size_t argumentCount = sizeof...(Arguments);
 
-    template <auto member>
+    template <auto function>
     static Value call(NSObject& object, const Value& first, const Value& second)
     {
-        static_assert(argumentCount <= 2, "a selector is performed with two objects at most");
-        const Value* const given[] = { &first, &second };
-        return [&]<std::size_t... i>(std::index_sequence<i...>)->Value
-        {
-            auto invoke = [&]() -> decltype(auto) {
-                return (static_cast<Owner&>(object).*member)(Argument<std::decay_t<Arguments>>::from(*given[i])...);
-            };
-            if constexpr (std::is_void_v<Result>) {
-                invoke();
-                return {};
-            } else {
-                return Value(invoke());
-            }
+        return callWith<function>(object, { &first, &second }, std::index_sequence_for<Arguments...>());
+    }
+
+private:
+    struct Given {
+        const Value* first;
+        const Value* second;
+
+        const Value& at(std::size_t i) const { return i == 0 ? *first : i == 1 ? *second : absentArgument; }
+    };
+
+    template <auto function, std::size_t... i>
+    static Value callWith(NSObject& object, [[maybe_unused]] const Given& given, std::index_sequence<i...>)
+    {
+        std::tuple<boxing::Parameter<Arguments>...> parameters { boxing::Parameter<Arguments>(given.at(i))... };
+        if (!(std::get<i>(parameters).isThere() && ...))
+            return {};
+        const auto invoke = [&]() -> decltype(auto) {
+            if constexpr (std::is_void_v<Owner>)
+                return function(std::get<i>(parameters).get()...);
+            else
+                return (static_cast<Owner&>(object).*function)(std::get<i>(parameters).get()...);
+        };
+        if constexpr (std::is_void_v<Result>) {
+            invoke();
+            return {};
+        } else {
+            return boxing::boxed(invoke());
         }
-        (std::index_sequence_for<Arguments...>());
     }
 };
 
@@ -125,12 +129,24 @@ template <class Owner, class Result, class... Arguments>
 Signature<Owner, Result, Arguments...> signatureOf(Result (Owner::*)(Arguments...));
 template <class Owner, class Result, class... Arguments>
 Signature<const Owner, Result, Arguments...> signatureOf(Result (Owner::*)(Arguments...) const);
+template <class Result, class... Arguments>
+Signature<void, Result, Arguments...> signatureOf(Result (*)(Arguments...));
 
 }
 
-template <auto member>
+template <auto function>
 Method Method::of(std::string_view name)
 {
-    using Called = decltype(runtime::signatureOf(member));
-    return { selectorFromName(name, Called::argumentCount), &Called::template call<member> };
+    using Called = decltype(runtime::signatureOf(function));
+    return { selectorFromName(name, Called::argumentCount), &Called::template call<function> };
+}
+
+template <auto function>
+Method Method::ofInitializer(std::string_view name)
+{
+    using Called = decltype(runtime::signatureOf(function));
+    return { selectorFromName(name, Called::argumentCount),
+        [](NSObject& object, const Value& first, const Value& second) {
+            return Called::template call<function>(object, first, second).boolValue() ? boxing::boxed(object) : Value();
+        } };
 }

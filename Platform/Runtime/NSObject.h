@@ -52,7 +52,7 @@ public:                                                                         
     }
 
 /// Stands once in the source file of the class and names its methods that are reached by selector, each as
-/// NS_METHOD(name).
+/// NS_METHOD(name) or NS_INITIALIZER(name).
 #define NS_IMPLEMENTATION(Name, ...)                                                                                   \
     const Class& Name::classObject()                                                                                   \
     {                                                                                                                  \
@@ -65,3 +65,5 @@ public:                                                                         
     }
 
 #define NS_METHOD(name) Method::of<&Self::name>(#name)
+/// For a method that gives false when the object could not be made.
+#define NS_INITIALIZER(name) Method::ofInitializer<&Self::name>(#name)

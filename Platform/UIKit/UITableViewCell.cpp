@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-NS_IMPLEMENTATION(UITableViewCell)
+NS_IMPLEMENTATION(UITableViewCell, NS_METHOD(textLabel), NS_METHOD(detailTextLabel), NS_METHOD(imageView))
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-NS_IMPLEMENTATION(UIView)
+NS_IMPLEMENTATION(UIView, NS_METHOD(layoutSubviews))
 
 UIView::~UIView() = default;
 

@@ -3,7 +3,8 @@
 #include <algorithm>
 
 NS_IMPLEMENTATION(UIBarButtonItem)
-NS_IMPLEMENTATION(UIViewController)
+NS_IMPLEMENTATION(
+    UIViewController, NS_METHOD(title), NS_METHOD(setTitle), NS_METHOD(viewDidLoad), NS_METHOD(navigationController))
 NS_IMPLEMENTATION(UINavigationController)
 
 std::shared_ptr<UIBarButtonItem> UIBarButtonItem::itemWithImage_style_target_action(std::shared_ptr<UIImage> image,

@@ -8,9 +8,6 @@
 
 namespace {
 
-constexpr const char* iconService = "com.vexil.tandem";
-constexpr const char* iconMessage = "com.vexil.tandem.app.icon";
-constexpr const char* messageData = "TDServiceMessageData";
 constexpr const char* machineRoot = "/";
 constexpr std::size_t largestPicture = 16U << 20U;
 
@@ -23,11 +20,11 @@ std::string DemoSubscriptions::formattedNumber(const std::string& number) const
 
 Value DemoHomeScreen::ask(const std::string& service, const std::string& message, const Value& userInfo)
 {
-    const auto* app = userInfo[messageData].string();
-    if (service != iconService || message != iconMessage || !app)
+    const auto* app = userInfo[AppIconRequest::data].string();
+    if (service != AppIconRequest::service || message != AppIconRequest::message || !app)
         return {};
     const Value icon = archivedIcon(*app);
-    return icon.isNull() ? Value() : Value(Dictionary { { messageData, icon } });
+    return icon.isNull() ? Value() : Value(Dictionary { { AppIconRequest::data, icon } });
 }
 
 Value DemoHomeScreen::archivedIcon(const std::string& app)

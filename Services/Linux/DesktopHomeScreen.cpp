@@ -20,9 +20,6 @@
 
 namespace {
 
-constexpr const char* iconService = "com.vexil.tandem";
-constexpr const char* iconMessage = "com.vexil.tandem.app.icon";
-constexpr const char* messageData = "TDServiceMessageData";
 constexpr const char* entryGroup = "Desktop Entry";
 constexpr int iconPoints = 29;
 constexpr const char* drawing = "svg";
@@ -116,13 +113,13 @@ DesktopHomeScreen::DesktopHomeScreen(
 
 Value DesktopHomeScreen::ask(const std::string& service, const std::string& message, const Value& userInfo)
 {
-    const auto* app = userInfo[messageData].string();
-    if (service != iconService || message != iconMessage || !app)
+    const auto* app = userInfo[AppIconRequest::data].string();
+    if (service != AppIconRequest::service || message != AppIconRequest::message || !app)
         return {};
     if (_budget->patience().count() <= 0)
         return {};
     const Value icon = archivedIcon(QString::fromStdString(*app));
-    return icon.isNull() ? Value() : Value(Dictionary { { messageData, icon } });
+    return icon.isNull() ? Value() : Value(Dictionary { { AppIconRequest::data, icon } });
 }
 
 Value DesktopHomeScreen::archivedIcon(const QString& app)

@@ -41,6 +41,16 @@ TEST_F(BluetoothBindings, AreMadeWithASim)
         Value(Dictionary { { car, Dictionary { { "bound", true }, { "sim", firstSim } } } }));
 }
 
+TEST_F(BluetoothBindings, HoldTheKeyOfTheSimInUpperCase)
+{
+    bind(car, "6b29fc40-ca47-1067-b31d-00dd010662da");
+    EXPECT_EQ(phone.readPropertyList(path),
+        Value(Dictionary { { car, Dictionary { { "bound", true }, { "sim", firstSim } } } }));
+    phone.writePropertyList(path,
+        Dictionary { { car, Dictionary { { "bound", true }, { "sim", "7b29fc40-CA47-1067-b31d-00dd010662db" } } } });
+    EXPECT_EQ(stateOf(car), std::string("bound ") + secondSim);
+}
+
 TEST_F(BluetoothBindings, AreReplacedByALaterOne)
 {
     bind(car, firstSim);

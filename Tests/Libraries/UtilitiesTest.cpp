@@ -61,6 +61,12 @@ TEST_F(Utilities, FetchTheSimsInSlotOrderAtEachCall)
     EXPECT_EQ(identifiers(), Strings {});
 }
 
+TEST_F(Utilities, GiveTheKeysOfSimsInUpperCase)
+{
+    phone.subscriptions->addSim({ "6b29fc40-ca47-1067-b31d-00dd010662da", "Work", "1", "Carrier", true });
+    EXPECT_EQ(TDUtils::fetchSubscriptions().at(0)->uuid().UUIDString(), "6B29FC40-CA47-1067-B31D-00DD010662DA");
+}
+
 TEST_F(Utilities, NameTheCarrierWhereItIsKnown)
 {
     const auto names = TDUtils::carrierBundleController();

@@ -49,10 +49,34 @@ TEST(Formats, DoubledPercentSignIsOneAndTakesNoArgument)
 
 TEST(Formats, PercentSignBeforeAnythingElseStandsAsItIs)
 {
-    for (const char* format :
-        { "%", "50 %", "%s", "%n", "%x", "%5d", "%-@", "%l", "%1$@", "%.3f", "% @", "%ÿ", "%*d", "%hhn" })
+    for (const char* format : { "%", "50 %", "%s", "%n", "%x", "%5d", "%-@", "%l", "%.3f", "% @", "%ÿ", "%*d", "%hhn",
+             "%1$", "%1$x", "%1$%", "%0$@", "%$@", "%-1$@", "%+1$@", "% 1$@", "%1", "%1@", "%1$1$@", "%1$ @" })
         EXPECT_EQ(stringWithFormat(format, { "argument" }), format);
     EXPECT_EQ(stringWithFormat(std::string_view("%\0@", 3), { 1 }), std::string("%\0@", 3));
+}
+
+TEST(Formats, PositionsChooseTheArgument)
+{
+    EXPECT_EQ(stringWithFormat("%2$@ before %1$@", { "a", "b" }), "b before a");
+    EXPECT_EQ(stringWithFormat("%1$@%1$@%1$@", { "a" }), "aaa");
+    EXPECT_EQ(stringWithFormat("%2$ld %1$ld %3$lu %4$d", { 1.9, 2, "3 rows", true }), "2 1 3 1");
+    EXPECT_EQ(stringWithFormat("%10$@", { 1, 2, 3, 4, 5, 6, 7, 8, 9, "ten" }), "ten");
+    EXPECT_EQ(stringWithFormat("%01$@", { "a" }), "a");
+    EXPECT_EQ(stringWithFormat("100%% %1$@%%", { "sure" }), "100% sure%");
+}
+
+TEST(Formats, PositionsLeaveTheOrderOfTheOtherPlaceholders)
+{
+    EXPECT_EQ(stringWithFormat("%@ %1$@ %@ %3$ld %@", { "a", "b", 3 }), "a a b 3 3");
+    EXPECT_EQ(stringWithFormat("%2$@ %@", { "a", "b" }), "b a");
+}
+
+TEST(Formats, PositionsWithoutAnArgumentPrintAsNull)
+{
+    EXPECT_EQ(stringWithFormat("%2$@ %3$ld", { "a" }), "(null) (null)");
+    EXPECT_EQ(stringWithFormat("%1$@", {}), "(null)");
+    for (const char* format : { "%4294967297$@", "%18446744073709551617$@", "%99999999999999999999999999$ld" })
+        EXPECT_EQ(stringWithFormat(format, { "a" }), "(null)") << format;
 }
 
 TEST(Formats, PlaceholdersInAnArgumentAreNotFilledAgain)

@@ -34,10 +34,9 @@ protected:
     {
         phone.writeFile(stringByAppendingPathComponent(bundle, file), content);
     }
-    void writeTable(const std::string& table, const Dictionary& texts)
+    void addTableToBundle(const std::string& table, const Dictionary& texts)
     {
         phone.writePropertyList(stringByAppendingPathComponent(bundle, "de.lproj/" + table + ".strings"), texts);
-        Phone::current().languages = { "de" };
     }
 
     const std::shared_ptr<DefinitionTarget> target = std::make_shared<DefinitionTarget>();
@@ -147,10 +146,11 @@ TEST_F(PageDefinitions, DoNotTakeATextForAnImage)
     EXPECT_FALSE(rowOf({ { "iconImage", "Misc" } })->propertyForKey(PSProperty::iconImage).as<UIImage>());
 }
 
-TEST_F(PageDefinitions, TranslateTitlesLabelsAndFootersWithTheTableOfTheirName)
+TEST_F(PageDefinitions, TranslateTitlesLabelsAndFootersInTheApplicationsOwnBundle)
 {
-    writeTable("Page", { { "Page", "Seite" }, { "Label of row", "Zeile" }, { "Footer", "Fuß" } });
-    writeTable("Localizable", { { "Label of other", "Falsch" } });
+    phone.translate("de", { { "Page", "Seite" }, { "Label of row", "Zeile" }, { "Footer", "Fuß" } });
+    for (const char* table : { "Page", "Localizable" })
+        addTableToBundle(table, { { "Label of row", "Falsch" }, { "Label of other", "Falsch" } });
     phone.writePage(
         "Page", Array { item("PSLinkCell", "row", { { "footerText", "Footer" } }), item("PSLinkCell", "other") });
     const PSPageDefinition page = load();
@@ -163,7 +163,7 @@ TEST_F(PageDefinitions, TranslateTitlesLabelsAndFootersWithTheTableOfTheirName)
 
 TEST_F(PageDefinitions, LeaveIdentifiersKeysAndClassesUntranslated)
 {
-    writeTable("Page", { { "NamedCell", "x" }, { "row", "x" }, { "Key", "x" }, { "PSSwitchCell", "x" } });
+    phone.translate("de", { { "NamedCell", "x" }, { "row", "x" }, { "Key", "x" }, { "PSSwitchCell", "x" } });
     const Row row =
         rowOf({ { "cell", "PSSwitchCell" }, { "cellClass", "NamedCell" }, { "id", "row" }, { "key", "Key" } });
     EXPECT_EQ(row->identifier(), "row");

@@ -374,8 +374,8 @@ TEST_F(PreferenceCells, WithASliderPutTitleAndSliderInTheMiddle)
     cell->textLabel()->setText(std::string(100, 'x'));
     EXPECT_EQ(framesAt(*cell, 320), "0,0 320x44 | text 16,11.5 288x21 | slider 16,6.5 288x31");
     cell->textLabel()->setNumberOfLines(0);
-    EXPECT_EQ(framesAt(*cell, 320), "0,0 320x128 | text 16,11.5 288x63 | slider 16,69.5 288x31");
-    EXPECT_EQ(framesAt(*cell, 768), "0,0 768x86 | text 20,11.5 728x42 | slider 20,38 728x31");
+    EXPECT_EQ(framesAt(*cell, 320), "0,0 320x86 | text 16,11.5 288x63 | slider 16,48.5 288x31");
+    EXPECT_EQ(framesAt(*cell, 768), "0,0 768x65 | text 20,11.5 728x42 | slider 20,27.5 728x31");
 }
 
 TEST_F(PreferenceCells, WithASwitchPutItAtTheEnd)

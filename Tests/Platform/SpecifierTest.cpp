@@ -1,4 +1,5 @@
 #include "PreferencesUI/PSSpecifier.h"
+#include "Support/Fakes.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -126,6 +127,34 @@ TEST_F(Specifiers, KeepPropertiesUntilTheyAreSetToNull)
     EXPECT_EQ(row->properties().size(), 2U);
 }
 
+TEST_F(Specifiers, AreEnabledUnlessTheirPropertySaysOtherwise)
+{
+    const Row row = PSSpecifier::emptyGroupSpecifier();
+    EXPECT_TRUE(row->isEnabled());
+    const std::pair<Value, bool> cases[] = { { true, true }, { false, false }, { 1, true }, { 0, false },
+        { "YES", true }, { "no", false }, { Array { true }, false } };
+    for (const auto& [property, enabled] : cases) {
+        row->setProperty_forKey(property, PSProperty::enabled);
+        EXPECT_EQ(row->isEnabled(), enabled);
+    }
+}
+
+TEST_F(Specifiers, PostTheirNotificationWhereItHasAName)
+{
+    const auto posted = std::make_shared<RecordedNotifications>();
+    Phone::current().darwinNotifications = posted;
+    const Row row = PSSpecifier::emptyGroupSpecifier();
+    for (const Value& name : { Value(), Value("changed"), Value(5) }) {
+        row->setProperty_forKey(name, PSProperty::postNotification);
+        EXPECT_EQ(row->notificationName(), name.optionalString());
+        row->postNotification();
+    }
+    EXPECT_EQ(posted->names, Strings { "changed" });
+    Phone::setCurrent({});
+    row->setProperty_forKey("changed", PSProperty::postNotification);
+    row->postNotification();
+}
+
 TEST_F(Specifiers, ReadAndWriteThroughTheirTarget)
 {
     const Row row = rowOf("write:row:", "read:");
@@ -200,6 +229,21 @@ TEST_F(Specifiers, DescribeTheirCellAndIdentifier)
 {
     EXPECT_EQ(rowOf("", "")->description(), "<PSSpecifier PSSwitchCell row>");
     EXPECT_EQ(PSSpecifier::emptyGroupSpecifier()->description(), "<PSSpecifier PSGroupCell (null)>");
+}
+
+TEST(RowsByIndex, ThatAreNotThereRaiseARangeError)
+{
+    const Rows rows { PSSpecifier::emptyGroupSpecifier() };
+    EXPECT_EQ(&rowAtIndex(rows, 0), &rows[0]);
+    for (const std::size_t index : { std::size_t { 1 }, SIZE_MAX }) {
+        try {
+            rowAtIndex(rows, index);
+            FAIL() << index;
+        } catch (const std::out_of_range& error) {
+            EXPECT_EQ(
+                error.what(), "objectAtIndex: index " + std::to_string(index) + " beyond bounds of a list of 1 rows");
+        }
+    }
 }
 
 TEST(RemovedRows, LeaveTheOthersInOrder)

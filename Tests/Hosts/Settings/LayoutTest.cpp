@@ -79,6 +79,27 @@ TEST_F(LayoutTest, FramesAreThoseOfTheCells)
     }
 }
 
+TEST_F(LayoutTest, ARowIsAsHighAsThePageExpectsUntilItsCellIsMade)
+{
+    openWindow();
+    openPage("Calls");
+    host().theme()->setTextScale(2);
+    settle();
+    for (const auto& [identifier, expected] :
+        { std::pair("TandemSimSelectionTimeForCalls", 70.0), std::pair("TandemEnabledCalls", 44.0) }) {
+        PageRowItem row;
+        auto& making = static_cast<QQmlParserStatus&>(row);
+        making.classBegin();
+        row.setWidth(320);
+        row.setPage(&page());
+        row.setRow(indexOf(identifier));
+        EXPECT_EQ(row.implicitHeight(), expected) << identifier;
+        EXPECT_EQ(row.cell(), nullptr) << identifier;
+        making.componentComplete();
+        EXPECT_GT(row.implicitHeight(), expected) << identifier;
+    }
+}
+
 TEST_F(LayoutTest, AChangeByAnotherProcessIsShownWithoutLosingThePlace)
 {
     openWindow();

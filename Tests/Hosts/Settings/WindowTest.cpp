@@ -184,7 +184,7 @@ QPoint WindowTest::inWindow(const PageRowItem& item, const QPointF& place)
 
 QString WindowTest::settingsFile(const QString& root) const
 {
-    return root + QLatin1String(SettingsFile::path);
+    return root + QString::fromStdString(SettingsFile::path);
 }
 
 QByteArray WindowTest::settings(const QString& root) const
