@@ -4,8 +4,12 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <unordered_map>
 
 namespace {
+
+/// Fewer containers than these are compared without a record of them, which costs more than the comparison.
+constexpr std::size_t comparedWithoutRecord = 1000;
 
 constexpr const char* spaces = " \t\n\r\f\v";
 
@@ -74,7 +78,12 @@ std::int64_t clampedToInteger(double number)
 Value::Value(std::optional<std::string> value)
 {
     if (value)
-        _storage = std::move(*value);
+        _storage = std::make_shared<const std::string>(std::move(*value));
+}
+
+Value::Value(Bytes value)
+    : _storage(std::make_shared<const Bytes>(std::move(value)))
+{
 }
 
 Value::Value(Array value)
@@ -142,18 +151,6 @@ std::int64_t Value::integerValue() const
     return exact ? *exact : clampedToInteger(doubleValue());
 }
 
-const Value::Array* Value::array() const
-{
-    const auto* held = std::get_if<std::shared_ptr<const Array>>(&_storage);
-    return held ? held->get() : nullptr;
-}
-
-const Value::Dictionary* Value::dictionary() const
-{
-    const auto* held = std::get_if<std::shared_ptr<const Dictionary>>(&_storage);
-    return held ? held->get() : nullptr;
-}
-
 const Class* Value::classObject() const
 {
     const auto* held = std::get_if<const Class*>(&_storage);
@@ -179,14 +176,65 @@ const Value& Value::operator[](std::string_view key) const
     return entries ? valueForKey(*entries, key) : nullValue;
 }
 
+/// The containers that count as equal in one comparison, in groups. Two that were compared, or are being compared, are
+/// in one group: if they differ after all, the whole comparison fails.
+class Value::ComparedContainers {
+public:
+    /// Whether the two count as equal already. From now on they do.
+    bool join(const void* container, const void* other)
+    {
+        if (container == other)
+            return true;
+        if (++_count <= comparedWithoutRecord)
+            return false;
+        const void* group = groupOf(container);
+        const void* otherGroup = groupOf(other);
+        if (group == otherGroup)
+            return true;
+        _parents.insert_or_assign(group, otherGroup);
+        return false;
+    }
+
+private:
+    const void* groupOf(const void* container)
+    {
+        for (auto entry = _parents.find(container); entry != _parents.end(); entry = _parents.find(container)) {
+            const auto parent = _parents.find(entry->second);
+            if (parent != _parents.end())
+                entry->second = parent->second;
+            container = entry->second;
+        }
+        return container;
+    }
+
+    std::unordered_map<const void*, const void*> _parents;
+    std::size_t _count = 0;
+};
+
 bool Value::operator==(const Value& other) const
+{
+    ComparedContainers compared;
+    return equals(other, compared);
+}
+
+bool Value::equals(const Value& other, ComparedContainers& compared) const
 {
     if (kind() != other.kind())
         return false;
-    if (const auto* mine = array())
-        return *mine == *other.array();
-    if (const auto* mine = dictionary())
-        return *mine == *other.dictionary();
+    if (const auto* mine = string())
+        return *mine == *other.string();
+    if (const auto* mine = data())
+        return *mine == *other.data();
+    if (const auto* mine = array()) {
+        const auto equal = [&](const Value& a, const Value& b) { return a.equals(b, compared); };
+        return compared.join(mine, other.array()) || std::ranges::equal(*mine, *other.array(), equal);
+    }
+    if (const auto* mine = dictionary()) {
+        const auto equal = [&](const auto& a, const auto& b) {
+            return a.first == b.first && a.second.equals(b.second, compared);
+        };
+        return compared.join(mine, other.dictionary()) || std::ranges::equal(*mine, *other.dictionary(), equal);
+    }
     return _storage == other._storage;
 }
 
