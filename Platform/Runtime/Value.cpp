@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <unordered_map>
 
 namespace {
 
-/// Fewer containers than these are compared without a record of them, which costs more than the comparison.
-constexpr std::size_t comparedWithoutRecord = 1000;
+/// Up to so many members and bytes are compared without a record of them, which costs more than the comparison.
+constexpr std::size_t mostWithoutRecord = 100'000;
 
 constexpr const char* spaces = " \t\n\r\f\v";
 
@@ -176,65 +177,63 @@ const Value& Value::operator[](std::string_view key) const
     return entries ? valueForKey(*entries, key) : nullValue;
 }
 
-/// The containers that count as equal in one comparison, in groups. Two that were compared, or are being compared, are
-/// in one group: if they differ after all, the whole comparison fails.
-class Value::ComparedContainers {
+/// What counts as equal in one comparison, in groups of containers, texts and data. Two that were compared, or are
+/// being compared, are in one group: if they differ after all, the whole comparison fails.
+class Value::Compared {
 public:
-    /// Whether the two count as equal already. From now on they do.
-    bool join(const void* container, const void* other)
+    /// Whether two of that size count as equal already. From now on they do.
+    bool join(const void* content, const void* other, std::size_t size)
     {
-        if (container == other)
-            return true;
-        if (++_count <= comparedWithoutRecord)
-            return false;
-        const void* group = groupOf(container);
+        _size += size + 1;
+        if (content == other || _size <= mostWithoutRecord)
+            return content == other;
+        const void* group = groupOf(content);
         const void* otherGroup = groupOf(other);
-        if (group == otherGroup)
-            return true;
-        _parents.insert_or_assign(group, otherGroup);
-        return false;
+        if (group != otherGroup)
+            _parents.insert_or_assign(group, otherGroup);
+        return group == otherGroup;
     }
 
 private:
-    const void* groupOf(const void* container)
+    const void* groupOf(const void* content)
     {
-        for (auto entry = _parents.find(container); entry != _parents.end(); entry = _parents.find(container)) {
+        for (auto entry = _parents.find(content); entry != _parents.end(); entry = _parents.find(content)) {
             const auto parent = _parents.find(entry->second);
             if (parent != _parents.end())
                 entry->second = parent->second;
-            container = entry->second;
+            content = entry->second;
         }
-        return container;
+        return content;
     }
 
     std::unordered_map<const void*, const void*> _parents;
-    std::size_t _count = 0;
+    std::size_t _size = 0;
 };
 
 bool Value::operator==(const Value& other) const
 {
-    ComparedContainers compared;
+    Compared compared;
     return equals(other, compared);
 }
 
-bool Value::equals(const Value& other, ComparedContainers& compared) const
+bool Value::equals(const Value& other, Compared& compared) const
 {
+    const auto equal = [&](const auto* content, const auto* otherContent, const auto& areEqual) {
+        return content->size() == otherContent->size()
+            && (compared.join(content, otherContent, content->size())
+                || std::equal(content->begin(), content->end(), otherContent->begin(), areEqual));
+    };
     if (kind() != other.kind())
         return false;
-    if (const auto* mine = string())
-        return *mine == *other.string();
-    if (const auto* mine = data())
-        return *mine == *other.data();
-    if (const auto* mine = array()) {
-        const auto equal = [&](const Value& a, const Value& b) { return a.equals(b, compared); };
-        return compared.join(mine, other.array()) || std::ranges::equal(*mine, *other.array(), equal);
-    }
-    if (const auto* mine = dictionary()) {
-        const auto equal = [&](const auto& a, const auto& b) {
-            return a.first == b.first && a.second.equals(b.second, compared);
-        };
-        return compared.join(mine, other.dictionary()) || std::ranges::equal(*mine, *other.dictionary(), equal);
-    }
+    if (string())
+        return equal(string(), other.string(), std::equal_to<>());
+    if (data())
+        return equal(data(), other.data(), std::equal_to<>());
+    if (array())
+        return equal(array(), other.array(), [&](const auto& a, const auto& b) { return a.equals(b, compared); });
+    if (dictionary())
+        return equal(dictionary(), other.dictionary(),
+            [&](const auto& a, const auto& b) { return a.first == b.first && a.second.equals(b.second, compared); });
     return _storage == other._storage;
 }
 

@@ -157,9 +157,9 @@ public:
     bool operator==(const Value& other) const;
 
 private:
-    class ComparedContainers;
+    class Compared;
 
-    bool equals(const Value& other, ComparedContainers& compared) const;
+    bool equals(const Value& other, Compared& compared) const;
     template <class T>
     const T* shared() const
     {

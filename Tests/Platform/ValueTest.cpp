@@ -291,6 +291,15 @@ TEST(SharedContainers, OfManyMembersDifferWhereverOneDoes)
     EXPECT_FALSE(lists(1) == lists(2));
 }
 
+TEST(TextsAndData, AreComparedOnceHoweverOftenTheyStandInAValue)
+{
+    constexpr std::size_t size = 5'000'000, places = 200'000;
+    const auto inAllPlaces = [](const Value& value) { return Value(Array(places, value)); };
+    EXPECT_EQ(inAllPlaces(std::string(size, 'x')), inAllPlaces(std::string(size, 'x')));
+    EXPECT_EQ(inAllPlaces(Bytes(size, 7)), inAllPlaces(Bytes(size, 7)));
+    EXPECT_FALSE(inAllPlaces(std::string(size, 'x')) == inAllPlaces(std::string(size, 'y')));
+}
+
 TEST(TextsAndData, AreSharedBetweenCopies)
 {
     const Value text("text"), data(Bytes { 1 });
