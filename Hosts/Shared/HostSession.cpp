@@ -4,7 +4,7 @@
 #include "Pictures/QtImages.h"
 #include "Shared/BundleLoader.h"
 #include "Shared/StderrLog.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 #include "UIKit/UIImage.h"
 #include "libtandem/TDSettings.h"
 
@@ -74,7 +74,7 @@ std::unique_ptr<HostSession> HostSession::open(
     if (!session->openPhone(phone, error))
         return nullptr;
 
-    phone.propertyLists = std::make_shared<LibplistPropertyLists>();
+    phone.propertyLists = std::make_shared<StoredPropertyLists>();
     phone.files = session->_files;
     phone.images = std::make_shared<QtImages>();
     if (!phone.systemLog)
