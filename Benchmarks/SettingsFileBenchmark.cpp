@@ -59,7 +59,7 @@ Value settings()
 
 void writeBinaryList(benchmark::State& state)
 {
-    const LibplistPropertyLists lists;
+    const StoredPropertyLists lists;
     const Value value = settings();
     std::string error;
     for (auto _ : state)
@@ -69,7 +69,7 @@ BENCHMARK(writeBinaryList);
 
 void readBinaryList(benchmark::State& state)
 {
-    const LibplistPropertyLists lists;
+    const StoredPropertyLists lists;
     std::string error;
     const Bytes bytes = *lists.writeBinary(settings(), error);
     for (auto _ : state)

@@ -8,6 +8,10 @@
 namespace {
 
 constexpr int greatestDepth = 64;
+/// What stands in many places of a value stands in as many places of its JSON, so the length of that has a limit. Each
+/// value counts with its text, data or keys, and with some bytes besides.
+constexpr std::size_t longestJson = std::size_t { 16 } << 20;
+constexpr std::size_t bytesBesides = 1000;
 constexpr std::string_view base64Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 std::string base64Of(const Bytes& data)
@@ -143,10 +147,19 @@ std::optional<Value> valueAtDepth(const Json& json, int depth)
     return Value();
 }
 
-} // namespace
-
-Json jsonOf(const Value& value)
+std::size_t lengthOf(const Value& value)
 {
+    if (value.string())
+        return bytesBesides + value.string()->size();
+    return bytesBesides + (value.data() ? value.data()->size() : 0);
+}
+
+/// Takes the length of the value from what is left; null where nothing is.
+Json jsonWithin(std::size_t& left, const Value& value)
+{
+    left -= std::min(lengthOf(value), left);
+    if (left == 0)
+        return nullptr;
     switch (value.kind()) {
     case Value::Kind::Null:
         return nullptr;
@@ -168,14 +181,21 @@ Json jsonOf(const Value& value)
         return { { "uid", value.uid().index } };
     case Value::Kind::Array: {
         Json json = Json::array();
-        for (const Value& element : *value.array())
-            json.push_back(jsonOf(element));
+        for (const Value& element : *value.array()) {
+            if (left == 0)
+                break;
+            json.push_back(jsonWithin(left, element));
+        }
         return json;
     }
     case Value::Kind::Dictionary: {
         Json json = Json::object();
-        for (const auto& [key, entry] : *value.dictionary())
-            json[key] = jsonOf(entry);
+        for (const auto& [key, entry] : *value.dictionary()) {
+            left -= std::min(key.size(), left);
+            if (left == 0)
+                break;
+            json[key] = jsonWithin(left, entry);
+        }
         return json;
     }
     case Value::Kind::Object:
@@ -184,6 +204,14 @@ Json jsonOf(const Value& value)
         return value.classObject()->name();
     }
     return nullptr;
+}
+
+} // namespace
+
+Json jsonOf(const Value& value)
+{
+    std::size_t left = longestJson;
+    return jsonWithin(left, value);
 }
 
 Json jsonOf(const std::optional<std::string>& text)

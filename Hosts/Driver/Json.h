@@ -18,7 +18,7 @@ using Json = nlohmann::ordered_json;
 
 /// What JSON has no form for is an object with one key: {"data": base64}, {"date": seconds since 2001}, {"uid": index},
 /// {"real": "nan" | "inf" | "-inf"}. Objects of the platform are what they are for a reader: an image its size, a row
-/// its identifier.
+/// its identifier. Of a value that would be longer than 16 MiB, the rest is left out.
 Json jsonOf(const Value& value);
 Json jsonOf(const std::optional<std::string>& text);
 Json jsonOf(const UIColor& color);

@@ -5,7 +5,7 @@
 #include "Shared/BundleLoader.h"
 #include "Shared/StderrLog.h"
 #include "Shared/UserLanguages.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 #include "UIKit/UIImage.h"
 #include "libtandem/TDProduct.h"
 #include "libtandem/TDSettings.h"
@@ -61,7 +61,7 @@ Result<std::unique_ptr<HostSession>> HostSession::open(const HostOptions& option
     if (const auto opened = session->openPhone(phone); !opened)
         return opened.failure();
 
-    phone.propertyLists = std::make_shared<LibplistPropertyLists>();
+    phone.propertyLists = std::make_shared<StoredPropertyLists>();
     phone.files = session->_turnFiles = std::make_shared<TurnFiles>(
         session->_files, std::vector<std::string> { SettingsFile::path, TDProduct::bindingsPath() });
     phone.images = std::make_shared<QtImages>();

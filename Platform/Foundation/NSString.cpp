@@ -15,6 +15,9 @@ namespace {
 
 constexpr std::string_view nullText = "(null)";
 constexpr std::size_t indentWidth = 4;
+/// A container that stands in many places of a value is printed in each. A description that gets longer is cut there.
+constexpr std::size_t longestDescription = std::size_t { 4 } << 20;
+constexpr std::string_view cutMark = "...";
 constexpr std::size_t wholeDataLength = 24;
 constexpr std::size_t dataHeadLength = 16;
 constexpr std::size_t dataTailLength = 8;
@@ -142,6 +145,16 @@ std::string printedLeaf(const Value& value)
 
 void printInside(std::string& out, const Value& value, std::size_t level);
 
+/// Whether the description has become too long for another entry; the mark of the cut stands in its place then.
+bool isCut(std::string& out, const std::string& indent)
+{
+    if (out.size() <= longestDescription)
+        return false;
+    out += indent;
+    out += cutMark;
+    return true;
+}
+
 void printContainer(std::string& out, const Value& value, std::size_t level)
 {
     const std::string outer(level * indentWidth, ' ');
@@ -149,6 +162,8 @@ void printContainer(std::string& out, const Value& value, std::size_t level)
     if (const auto* entries = value.dictionary()) {
         out += outer + "{\n";
         for (const auto& [key, entry] : *entries) {
+            if (isCut(out, inner))
+                break;
             out += inner + quoted(key) + " = ";
             printInside(out, entry, level + 1);
             out += ";\n";
@@ -159,7 +174,10 @@ void printContainer(std::string& out, const Value& value, std::size_t level)
     out += outer + "(";
     const char* separator = "\n";
     for (const Value& element : *value.array()) {
-        out += separator + inner;
+        out += separator;
+        if (isCut(out, inner))
+            break;
+        out += inner;
         printInside(out, element, level + 1);
         separator = ",\n";
     }

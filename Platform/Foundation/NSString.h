@@ -8,7 +8,7 @@
 #include <vector>
 
 /// What "%@" prints for a value: "(null)", 1 and 0 for booleans, numbers, texts as they are, containers over several
-/// lines with the keys in ascending order, objects by their own description.
+/// lines with the keys in ascending order, objects by their own description. What makes it longer than 4 MiB is cut.
 std::string descriptionOf(const Value& value);
 
 /// The format with its placeholders filled: %@ for any value, %ld, %lu and %d for integers, %% for a percent sign. They

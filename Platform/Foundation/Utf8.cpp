@@ -21,3 +21,31 @@ Utf8Character firstCharacter(std::string_view text)
     const bool valid = point >= least.at(length) && point <= 0x10FFFF && (point < 0xD800 || point > 0xDFFF);
     return valid ? Utf8Character { point, length, true } : Utf8Character { lead, 1, false };
 }
+
+bool isUtf8(std::string_view text)
+{
+    while (!text.empty()) {
+        const Utf8Character character = firstCharacter(text);
+        if (!character.valid)
+            return false;
+        text.remove_prefix(character.length);
+    }
+    return true;
+}
+
+void appendUtf8(std::string& text, char32_t codePoint)
+{
+    const auto append = [&](char32_t lead, int shift) {
+        text += static_cast<char>(lead | codePoint >> shift);
+        for (shift -= 6; shift >= 0; shift -= 6)
+            text += static_cast<char>(0x80 | (codePoint >> shift & 0x3F));
+    };
+    if (codePoint < 0x80)
+        append(0, 0);
+    else if (codePoint < 0x800)
+        append(0xC0, 6);
+    else if (codePoint < 0x10000)
+        append(0xE0, 12);
+    else
+        append(0xF0, 18);
+}

@@ -3,9 +3,14 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <unordered_map>
 
 namespace {
+
+/// Up to so many members and bytes are compared without a record of them, which costs more than the comparison.
+constexpr std::size_t mostWithoutRecord = 100'000;
 
 constexpr const char* spaces = " \t\n\r\f\v";
 
@@ -74,7 +79,12 @@ std::int64_t clampedToInteger(double number)
 Value::Value(std::optional<std::string> value)
 {
     if (value)
-        _storage = std::move(*value);
+        _storage = std::make_shared<const std::string>(std::move(*value));
+}
+
+Value::Value(Bytes value)
+    : _storage(std::make_shared<const Bytes>(std::move(value)))
+{
 }
 
 Value::Value(Array value)
@@ -142,18 +152,6 @@ std::int64_t Value::integerValue() const
     return exact ? *exact : clampedToInteger(doubleValue());
 }
 
-const Value::Array* Value::array() const
-{
-    const auto* held = std::get_if<std::shared_ptr<const Array>>(&_storage);
-    return held ? held->get() : nullptr;
-}
-
-const Value::Dictionary* Value::dictionary() const
-{
-    const auto* held = std::get_if<std::shared_ptr<const Dictionary>>(&_storage);
-    return held ? held->get() : nullptr;
-}
-
 const Class* Value::classObject() const
 {
     const auto* held = std::get_if<const Class*>(&_storage);
@@ -179,14 +177,63 @@ const Value& Value::operator[](std::string_view key) const
     return entries ? valueForKey(*entries, key) : nullValue;
 }
 
+/// What counts as equal in one comparison, in groups of containers, texts and data. Two that were compared, or are
+/// being compared, are in one group: if they differ after all, the whole comparison fails.
+class Value::Compared {
+public:
+    /// Whether two of that size count as equal already. From now on they do.
+    bool join(const void* content, const void* other, std::size_t size)
+    {
+        _size += size + 1;
+        if (content == other || _size <= mostWithoutRecord)
+            return content == other;
+        const void* group = groupOf(content);
+        const void* otherGroup = groupOf(other);
+        if (group != otherGroup)
+            _parents.insert_or_assign(group, otherGroup);
+        return group == otherGroup;
+    }
+
+private:
+    const void* groupOf(const void* content)
+    {
+        for (auto entry = _parents.find(content); entry != _parents.end(); entry = _parents.find(content)) {
+            const auto parent = _parents.find(entry->second);
+            if (parent != _parents.end())
+                entry->second = parent->second;
+            content = entry->second;
+        }
+        return content;
+    }
+
+    std::unordered_map<const void*, const void*> _parents;
+    std::size_t _size = 0;
+};
+
 bool Value::operator==(const Value& other) const
 {
+    Compared compared;
+    return equals(other, compared);
+}
+
+bool Value::equals(const Value& other, Compared& compared) const
+{
+    const auto equal = [&](const auto* content, const auto* otherContent, const auto& areEqual) {
+        return content->size() == otherContent->size()
+            && (compared.join(content, otherContent, content->size())
+                || std::equal(content->begin(), content->end(), otherContent->begin(), areEqual));
+    };
     if (kind() != other.kind())
         return false;
-    if (const auto* mine = array())
-        return *mine == *other.array();
-    if (const auto* mine = dictionary())
-        return *mine == *other.dictionary();
+    if (string())
+        return equal(string(), other.string(), std::equal_to<>());
+    if (data())
+        return equal(data(), other.data(), std::equal_to<>());
+    if (array())
+        return equal(array(), other.array(), [&](const auto& a, const auto& b) { return a.equals(b, compared); });
+    if (dictionary())
+        return equal(dictionary(), other.dictionary(),
+            [&](const auto& a, const auto& b) { return a.first == b.first && a.second.equals(b.second, compared); });
     return _storage == other._storage;
 }
 

@@ -35,7 +35,8 @@ struct Uid {
 /// What a row stores, a property list holds and a selector takes and gives: null, boolean, integer, real, string, data,
 /// date, UID, array or dictionary. A row's properties may also hold an object or a class, which no property list can.
 ///
-/// A value is immutable and cheap to copy: containers are shared until somebody makes a new one.
+/// A value is immutable and cheap to copy: texts, data and containers are shared until somebody makes a new one. One
+/// container may stand in many places of a value, so a small value can unfold to more than fits into memory.
 /// Integers keep their sign: -5 and 2^64-5 are different values.
 class Value {
 public:
@@ -81,21 +82,18 @@ public:
     Value(const char* value)
     {
         if (value)
-            _storage = std::string(value);
+            _storage = std::make_shared<const std::string>(value);
     }
     Value(std::string value)
-        : _storage(std::move(value))
+        : _storage(std::make_shared<const std::string>(std::move(value)))
     {
     }
     Value(std::string_view value)
-        : _storage(std::string(value))
+        : _storage(std::make_shared<const std::string>(value))
     {
     }
     Value(std::optional<std::string> value);
-    Value(Bytes value)
-        : _storage(std::move(value))
-    {
-    }
+    Value(Bytes value);
     Value(Date value)
         : _storage(value)
     {
@@ -129,10 +127,10 @@ public:
     std::int64_t integerValue() const;
 
     /// Pointers are null when the value is of another kind.
-    const std::string* string() const { return std::get_if<std::string>(&_storage); }
-    const Bytes* data() const { return std::get_if<Bytes>(&_storage); }
-    const Array* array() const;
-    const Dictionary* dictionary() const;
+    const std::string* string() const { return shared<std::string>(); }
+    const Bytes* data() const { return shared<Bytes>(); }
+    const Array* array() const { return shared<Array>(); }
+    const Dictionary* dictionary() const { return shared<Dictionary>(); }
     const Class* classObject() const;
     std::shared_ptr<NSObject> object() const;
     /// The object as a T, or null when it is no object or not a T.
@@ -154,12 +152,24 @@ public:
     /// The entry of a dictionary, or the null value: no such key, or no dictionary.
     const Value& operator[](std::string_view key) const;
 
-    /// Same kind and same content; objects and classes by identity. 1, 1.0 and true are three values.
+    /// Same kind and same content; objects and classes by identity. 1, 1.0 and true are three values. The time is
+    /// proportional to the containers that there are, not to what they unfold to.
     bool operator==(const Value& other) const;
 
 private:
-    std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::string, Bytes, Date, Uid,
-        std::shared_ptr<const Array>, std::shared_ptr<const Dictionary>, std::shared_ptr<NSObject>, const Class*>
+    class Compared;
+
+    bool equals(const Value& other, Compared& compared) const;
+    template <class T>
+    const T* shared() const
+    {
+        const auto* held = std::get_if<std::shared_ptr<const T>>(&_storage);
+        return held ? held->get() : nullptr;
+    }
+
+    std::variant<std::monostate, bool, std::int64_t, std::uint64_t, double, std::shared_ptr<const std::string>,
+        std::shared_ptr<const Bytes>, Date, Uid, std::shared_ptr<const Array>, std::shared_ptr<const Dictionary>,
+        std::shared_ptr<NSObject>, const Class*>
         _storage;
 };
 

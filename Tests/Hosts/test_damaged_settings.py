@@ -219,7 +219,7 @@ class HostileFile(DamagedFile):
     def test_no_property_list(self):
         for name, content in {
             "empty": b"",
-            "text": b"TandemEnabled = 1;",
+            "text": b"TandemEnabled = 1",
             "zeros": bytes(1000),
             "picture": (BUNDLE / "twitter.png").read_bytes(),
             "array": plistlib.dumps([1, {"TandemEnabled": False}]),
@@ -228,6 +228,8 @@ class HostileFile(DamagedFile):
             "entities": b'<!DOCTYPE plist [<!ENTITY a "aaaaaaaaaa"><!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;">]>'
             + xml_list(b"<dict><key>a</key><string>&b;</string></dict>"),
             "key without a value": xml_list(b"<dict><key>a</key></dict>"),
+            "external entity": b'<!DOCTYPE plist [<!ENTITY a SYSTEM "/etc/hostname">]>'
+            b"<plist><dict><key>a</key><string>&a;</string></dict></plist>",
             "dictionary of itself": binary_list([b"\xd1\0\x01\0\0", b"\x51k"]),
             "reference beyond": binary_list([b"\xd1\0\x01\0\x09", b"\x51k"]),
         }.items():
@@ -249,6 +251,25 @@ class HostileFile(DamagedFile):
                     file.unlink()
                 self.write_settings_bytes(content)
                 self.assert_started_anew(content)
+
+    def test_unfolds_without_end(self):
+        """Each of 200 arrays holds the next one twice: shown in part, and written as small as it was."""
+        dictionary = b"\xd1" + (1).to_bytes(2, "big") + (2).to_bytes(2, "big")
+        key = b"\x5f\x10" + bytes([len(JAMI)]) + JAMI.encode()
+        arrays = [b"\xa2" + 2 * (3 + i).to_bytes(2, "big") for i in range(200)]
+        self.write_settings_bytes(binary_list([dictionary, key, *arrays, b"\x09"]))
+        driver = self.drive().open("calls")
+        driver.rows()
+        driver.ask("set", row=SLIDER, value=4)
+        driver.close()
+        self.assertLess(self.settings_file.stat().st_size, 2000)
+        stored = plistlib.loads(self.settings_file.read_bytes())
+        self.assertEqual(stored[SLIDER], 4.0)
+        nested = stored[JAMI]
+        for _ in range(199):
+            self.assertEqual(len(nested), 2)
+            nested = nested[1]
+        self.assertEqual(nested, [True, True])
 
     def test_nested_500_deep(self):
         self.addCleanup(sys.setrecursionlimit, sys.getrecursionlimit())
@@ -339,11 +360,32 @@ class WrongTypes(PhoneTest):
             )
 
 
+class OtherForms(PhoneTest):
+    """Whole settings that other programs wrote, in forms that this one does not write."""
+
+    STORED = {JAMI: "NO", "text": "ä"}
+    XML = "<plist><dict><key>" + JAMI + "</key><string>NO</string><key>text</key><string>ä</string></dict></plist>"
+
+    def test_every_form(self):
+        for name, content in {
+            "string table": f'"{JAMI}" = NO; /* no */ text = "\\U00e4";'.encode(),
+            "string table in UTF-16": f'"{JAMI}" = "NO"; text = "ä";'.encode("utf-16"),
+            "XML in UTF-16": self.XML.encode("utf-16"),
+            "XML in ISO-8859-1": ('<?xml version="1.0" encoding="ISO-8859-1"?>' + self.XML).encode("latin-1"),
+            "XML with an internal subset": ("<!DOCTYPE plist [ ]>" + self.XML).encode(),
+        }.items():
+            with self.subTest(name):
+                self.write_settings_bytes(content)
+                self.assertEqual(self.run_tandem("set", "calls", SLIDER, "4")[::2], (0, ""))
+                self.assert_stored({**self.STORED, SLIDER: 4.0})
+
+
 class LargeFile(DamagedFile):
-    """Fifty megabytes of several kinds."""
+    """Files of fifteen megabytes, and files that are too large."""
 
     in_memory = True
     SIZE = 50 * MEGABYTE
+    WHOLE = 15 * MEGABYTE
 
     def test_no_property_list(self):
         for name, content in {
@@ -378,12 +420,12 @@ class LargeFile(DamagedFile):
         self.assertEqual(sorted(file.name for file in self.preferences.iterdir()), sorted([FILE, GOOD]))
 
     def test_long_text(self):
-        settings = {"TandemEnabledCalls": True, "text": "x" * self.SIZE}
+        settings = {"TandemEnabledCalls": True, "text": "x" * self.WHOLE}
         self.write_settings(settings, plistlib.FMT_XML)
         self.assert_works(settings)
 
     def test_long_data(self):
-        settings = {"TandemEnabledCalls": True, "data": b"x" * self.SIZE}
+        settings = {"TandemEnabledCalls": True, "data": b"x" * self.WHOLE}
         self.write_settings(settings)
         self.assert_works(settings)
 

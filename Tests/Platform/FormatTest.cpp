@@ -252,4 +252,21 @@ TEST(Descriptions, OfADeepValueAreWhole)
     EXPECT_EQ(std::count(text.begin(), text.end(), ')'), 512);
     EXPECT_NE(text.find("core"), std::string::npos);
 }
+
+TEST(Descriptions, ThatUnfoldWithoutEndAreCut)
+{
+    constexpr std::size_t mebibyte = std::size_t { 1 } << 20;
+    Value value = "core";
+    for (int i = 0; i < 200; ++i)
+        value = Array { value, Dictionary { { "k", value } } };
+    const std::string unfolding = descriptionOf(value);
+    EXPECT_GT(unfolding.size(), 4 * mebibyte);
+    EXPECT_LT(unfolding.size(), 5 * mebibyte);
+    EXPECT_NE(unfolding.find("..."), std::string::npos);
+
+    const Value text(std::string(mebibyte, 'x'));
+    const std::string texts = descriptionOf(Array(100'000, text));
+    EXPECT_LT(texts.size(), 6 * mebibyte);
+    EXPECT_TRUE(texts.ends_with(",\n    ...\n)"));
+}
 } // namespace

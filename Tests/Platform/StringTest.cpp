@@ -1,4 +1,5 @@
 #include "Foundation/NSString.h"
+#include "Foundation/Utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -145,6 +146,28 @@ TEST(TextOfBytes, OfEveryPairOfBytesIsUtf8)
                 stringFromUtf8(std::string { static_cast<char>(first), static_cast<char>(second) });
             EXPECT_EQ(stringFromUtf8(text), text) << first << " " << second;
         }
+    }
+}
+
+TEST(Utf8, IsWhatHasOnlyWholeCharacters)
+{
+    using namespace std::string_literals;
+    for (const std::string& text : { ""s, "a\0b"s, "ä電😀\x7F"s, "\xEF\xBF\xBF"s, "\xF4\x8F\xBF\xBF"s })
+        EXPECT_TRUE(isUtf8(text)) << text;
+    for (const std::string& text : { "\xE4"s, "a\xC3"s, "\x80"s, "\xC0\x80"s, "\xE0\x9F\xBF"s, "\xED\xA0\x80"s,
+             "\xF4\x90\x80\x80"s, "\xF8\x88\x80\x80\x80"s, "\xFF"s })
+        EXPECT_FALSE(isUtf8(text)) << text;
+}
+
+TEST(Utf8, OfEveryCharacterReadsAsTheCharacter)
+{
+    for (char32_t point = 0; point <= 0x10FFFF; ++point) {
+        if (point == 0xD800)
+            point = 0xE000;
+        std::string text;
+        appendUtf8(text, point);
+        const Utf8Character read = firstCharacter(text);
+        ASSERT_TRUE(read.valid && read.codePoint == point && read.length == text.size()) << std::uint32_t { point };
     }
 }
 

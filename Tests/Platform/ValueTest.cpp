@@ -244,4 +244,67 @@ TEST(Containers, KeepWhatTheyHoldAlive)
     EXPECT_TRUE(watched.expired());
 }
 
+/// Arrays in one another, each twice in the one around it: few to keep, and without end when unfolded.
+Value twiceInOneAnother(const Value& core)
+{
+    Value value = core;
+    for (int i = 0; i < 200; ++i)
+        value = Array { value, Dictionary { { "k", value } } };
+    return value;
+}
+
+TEST(SharedContainers, AreComparedOnceHoweverOftenTheyStandInAValue)
+{
+    EXPECT_EQ(twiceInOneAnother(1), twiceInOneAnother(1));
+    EXPECT_FALSE(twiceInOneAnother(1) == twiceInOneAnother(2));
+    const Value value = twiceInOneAnother(1);
+    EXPECT_EQ(value, Value(value));
+}
+
+TEST(SharedContainers, ComparedWithEachOtherInEveryPairingAreStillFewComparisons)
+{
+    const auto levels = [](int step) {
+        constexpr int width = 4000;
+        Array level;
+        for (int i = 0; i < width; ++i)
+            level.emplace_back(Array { true });
+        for (int depth = 0; depth < 12; ++depth) {
+            Array next;
+            for (int i = 0; i < width; ++i)
+                next.emplace_back(Array { level[i], level[(i * 3 + step) % width], level[(i * 5 + step) % width] });
+            level = std::move(next);
+        }
+        return Value(level);
+    };
+    EXPECT_EQ(levels(1), levels(7));
+}
+
+TEST(SharedContainers, OfManyMembersDifferWhereverOneDoes)
+{
+    const auto lists = [](int last) {
+        Array members;
+        for (int i = 0; i < 5000; ++i)
+            members.emplace_back(Array { i, Dictionary { { "i", i == 4999 ? last : i } } });
+        return Value(members);
+    };
+    EXPECT_EQ(lists(1), lists(1));
+    EXPECT_FALSE(lists(1) == lists(2));
+}
+
+TEST(TextsAndData, AreComparedOnceHoweverOftenTheyStandInAValue)
+{
+    constexpr std::size_t size = 5'000'000, places = 200'000;
+    const auto inAllPlaces = [](const Value& value) { return Value(Array(places, value)); };
+    EXPECT_EQ(inAllPlaces(std::string(size, 'x')), inAllPlaces(std::string(size, 'x')));
+    EXPECT_EQ(inAllPlaces(Bytes(size, 7)), inAllPlaces(Bytes(size, 7)));
+    EXPECT_FALSE(inAllPlaces(std::string(size, 'x')) == inAllPlaces(std::string(size, 'y')));
+}
+
+TEST(TextsAndData, AreSharedBetweenCopies)
+{
+    const Value text("text"), data(Bytes { 1 });
+    EXPECT_EQ(Value(text).string(), text.string());
+    EXPECT_EQ(Value(data).data(), data.data());
+}
+
 } // namespace

@@ -100,7 +100,7 @@ TestPhone::TestPhone(const Class& classOfModule)
     : files(std::make_shared<DiskFiles>(_root.path().string()))
 {
     Phone phone;
-    phone.propertyLists = std::make_shared<LibplistPropertyLists>();
+    phone.propertyLists = std::make_shared<StoredPropertyLists>();
     phone.files = files;
     phone.images = std::make_shared<QtImages>();
     phone.systemLog = log;
@@ -130,7 +130,7 @@ TestPhone::~TestPhone()
 void TestPhone::writePropertyList(const std::string& path, const Value& value)
 {
     std::string error;
-    const auto bytes = LibplistPropertyLists().writeBinary(value, error);
+    const auto bytes = StoredPropertyLists().writeBinary(value, error);
     ASSERT_TRUE(bytes) << error;
     writeFile(path, *bytes);
 }
@@ -138,7 +138,7 @@ void TestPhone::writePropertyList(const std::string& path, const Value& value)
 Value TestPhone::readPropertyList(const std::string& path) const
 {
     const auto bytes = files->read(path);
-    return bytes ? LibplistPropertyLists().read(*bytes).value_or(Value()) : Value();
+    return bytes ? StoredPropertyLists().read(*bytes).value_or(Value()) : Value();
 }
 
 void TestPhone::writeFile(const std::string& path, const Bytes& content)

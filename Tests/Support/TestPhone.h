@@ -3,7 +3,7 @@
 #include "Pictures/QtImages.h"
 #include "PreferencesUI/PSListController.h"
 #include "Storage/DiskFiles.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 #include "Support/Fakes.h"
 #include "UIKit/UIAlertController.h"
 

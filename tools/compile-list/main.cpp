@@ -2,7 +2,7 @@
 // TARGET, both absolute paths. The build runs it for the property lists of the bundle.
 
 #include "Storage/DiskFiles.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 
 #include <cstdio>
 
@@ -13,7 +13,7 @@ constexpr int exitUsage = 2;
 
 Result<void> compile(const std::string& source, const std::string& target)
 {
-    const LibplistPropertyLists lists;
+    const StoredPropertyLists lists;
     DiskFiles files("/");
     const auto content = files.read(source);
     const auto list = content ? lists.read(*content) : std::nullopt;

@@ -1,7 +1,7 @@
 #include "DemoFolder.h"
 #include "Foundation/NSKeyedArchiver.h"
 #include "Pictures/QtImages.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 #include "UIKit/UIImage.h"
 
 namespace {
@@ -24,7 +24,7 @@ protected:
     void install(const std::string& text)
     {
         Phone phone = open(text)->phone();
-        phone.propertyLists = std::make_shared<LibplistPropertyLists>();
+        phone.propertyLists = std::make_shared<StoredPropertyLists>();
         phone.images = std::make_shared<QtImages>();
         Phone::setCurrent(phone);
     }

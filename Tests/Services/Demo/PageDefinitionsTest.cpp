@@ -1,5 +1,5 @@
 #include "PreferencesUI/PSSpecifier.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 
 #include <filesystem>
 #include <fstream>
@@ -25,7 +25,7 @@ Value readPropertyList(const std::string& name)
 {
     std::ifstream stream(fileOf(name), std::ios::binary);
     const Bytes bytes(std::istreambuf_iterator<char>(stream), {});
-    return LibplistPropertyLists().read(bytes).value_or(Value());
+    return StoredPropertyLists().read(bytes).value_or(Value());
 }
 
 Array itemsOf(const std::string& page)

@@ -1,7 +1,7 @@
 #include "DemoFolder.h"
 #include "Foundation/NSKeyedArchiver.h"
 #include "Pictures/QtImages.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 #include "UIKit/UIImage.h"
 
 #include <fstream>
@@ -30,7 +30,7 @@ public:
         EXPECT_TRUE(opened) << opened.failure().text;
         demo = std::move(*opened);
         Phone phone = demo->phone();
-        phone.propertyLists = std::make_shared<LibplistPropertyLists>();
+        phone.propertyLists = std::make_shared<StoredPropertyLists>();
         phone.images = std::make_shared<QtImages>();
         Phone::setCurrent(phone);
     }
@@ -39,7 +39,7 @@ public:
 protected:
     static std::vector<std::string> appsOfPage(const std::string& page)
     {
-        const auto file = LibplistPropertyLists().read(contentOf(std::string(bundle) + "/" + page + ".plist"));
+        const auto file = StoredPropertyLists().read(contentOf(std::string(bundle) + "/" + page + ".plist"));
         const auto* items = file ? (*file)["items"].array() : nullptr;
         std::vector<std::string> apps;
         for (const Value& item : items ? *items : Array()) {

@@ -3,7 +3,7 @@
 #include "Foundation/NSKeyedArchiver.h"
 #include "Phone/Phone.h"
 #include "Pictures/QtImages.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 #include "TemporaryDirectory.h"
 #include "UIKit/UIImage.h"
 
@@ -21,7 +21,7 @@ protected:
     DesktopEntries()
     {
         Phone phone;
-        phone.propertyLists = std::make_shared<LibplistPropertyLists>();
+        phone.propertyLists = std::make_shared<StoredPropertyLists>();
         phone.images = std::make_shared<QtImages>();
         phone.screenScale = 2;
         Phone::setCurrent(std::move(phone));

@@ -1,7 +1,7 @@
+#include "BigEndian.h"
 #include "TemporaryDirectory.h"
 
 #include "Pictures/QtImages.h"
-#include "Storage/BigEndian.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #include "BinaryListMaker.h"
-
-#include "Storage/BigEndian.h"
+#include "BigEndian.h"
 
 #include <string_view>
 

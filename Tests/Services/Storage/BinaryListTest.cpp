@@ -1,8 +1,8 @@
+#include "BigEndian.h"
 #include "BinaryListMaker.h"
 #include "TemporaryDirectory.h"
 
-#include "Storage/BigEndian.h"
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 
 #include <gtest/gtest.h>
 
@@ -12,9 +12,11 @@
 
 namespace {
 
+constexpr std::size_t mostBytes = std::size_t { 16 } << 20;
+
 std::optional<Value> read(const Bytes& bytes)
 {
-    return LibplistPropertyLists().read(bytes);
+    return StoredPropertyLists().read(bytes);
 }
 
 Bytes real(double value)
@@ -30,6 +32,24 @@ Bytes utf16(const std::u16string& text)
     for (const char16_t unit : text)
         appendBigEndian(object, unit, 2);
     return object;
+}
+
+Bytes ascii(std::size_t size)
+{
+    Bytes object = markerWithCount(0x5F, size);
+    object.resize(object.size() + size, 'a');
+    return object;
+}
+
+void appendTrailer(
+    Bytes& list, std::size_t offsetSize, std::size_t referenceSize, std::size_t objects, std::size_t table)
+{
+    appendBigEndian(list, 0, 6);
+    appendBigEndian(list, offsetSize, 1);
+    appendBigEndian(list, referenceSize, 1);
+    appendBigEndian(list, objects, 8);
+    appendBigEndian(list, 0, 8);
+    appendBigEndian(list, table, 8);
 }
 
 Bytes data(std::size_t size)
@@ -130,7 +150,20 @@ TEST(BinaryList, DataAndUidsAreRead)
     EXPECT_EQ(read(listOf({ 0x80, 7 })), Value(Uid { 7 }));
     EXPECT_EQ(read(listOf({ 0x82, 1, 0, 2 })), Value(Uid { 65538 }));
     EXPECT_EQ(read(listOf({ 0x83, 0xFF, 0xFF, 0xFF, 0xFF })), Value(Uid { 4294967295 }));
-    EXPECT_EQ(read(listOf({ 0x84, 1, 0, 0, 0, 0 })), std::nullopt);
+    EXPECT_EQ(read(listOf({ 0x84, 1, 0, 0, 0, 0 })), Value(Uid { 4294967296 }));
+}
+
+TEST(BinaryList, UidsAreReadWithinSixtyFourBits)
+{
+    constexpr std::uint64_t most = ~std::uint64_t { 0 };
+    Bytes eight = { 0x87 }, sixteen = { 0x8F };
+    appendBigEndian(eight, most, 8);
+    appendBigEndian(sixteen, 0, 8);
+    appendBigEndian(sixteen, most, 8);
+    EXPECT_EQ(read(listOf(eight)), Value(Uid { most }));
+    EXPECT_EQ(read(listOf(sixteen)), Value(Uid { most }));
+    sixteen[8] = 1;
+    EXPECT_EQ(read(listOf(sixteen)), std::nullopt);
 }
 
 TEST(BinaryList, SharedObjectsUnfold)
@@ -167,15 +200,24 @@ TEST(BinaryList, NullsSetsAndUnknownObjectsMakeNoList)
             << int { marker };
 }
 
-TEST(BinaryList, KeysMustBeTextsWithoutNul)
+TEST(BinaryList, KeysMustBeTexts)
 {
-    for (const Bytes& key :
-        { Bytes { 0x10, 1 }, Bytes { 0x41, 'k' }, Bytes { 0x52, 'k', 0 }, Bytes { 0x61, 0, 0 }, Bytes { 0xA0 } }) {
+    for (const Bytes& key : { Bytes { 0x10, 1 }, Bytes { 0x41, 'k' }, Bytes { 0x80, 1 }, Bytes { 0xA0 } }) {
         BinaryListMaker maker;
         const auto index = maker.add(key);
         maker.addDictionary({ index }, { index });
         EXPECT_EQ(read(maker.list()), std::nullopt);
     }
+}
+
+TEST(BinaryList, KeysKeepTheirNuls)
+{
+    using namespace std::string_literals;
+    BinaryListMaker maker;
+    const auto ascii = maker.add({ 0x52, 'k', 0 }), shorter = maker.add({ 0x51, 'k' });
+    const auto wide = maker.add(utf16(u"ä\0"s)), yes = maker.add({ 0x09 });
+    maker.addDictionary({ ascii, shorter, wide }, { yes, yes, yes });
+    EXPECT_EQ(read(maker.list()), Value(Dictionary { { "k\0"s, true }, { "k", true }, { "ä\0"s, true } }));
 }
 
 TEST(BinaryList, ObjectsThatReachIntoTheOffsetTableMakeNoList)
@@ -255,9 +297,9 @@ TEST(BinaryList, DeepObjectsCountWhereverTheyAreSharedFrom)
     EXPECT_EQ(read(maker.list()), std::nullopt);
 }
 
-TEST(BinaryList, TenMillionNestedContainersAreRefused)
+TEST(BinaryList, MillionsOfNestedContainersAreRefused)
 {
-    constexpr std::size_t depth = 10'000'000;
+    constexpr std::size_t depth = 1'800'000;
     Bytes list = bytesOf("bplist00");
     for (std::size_t i = 0; i + 1 < depth; ++i) {
         list.push_back(0xA1);
@@ -267,11 +309,8 @@ TEST(BinaryList, TenMillionNestedContainersAreRefused)
     const std::size_t table = list.size();
     for (std::size_t i = 0; i < depth; ++i)
         appendBigEndian(list, 8 + 5 * i, 4);
-    appendBigEndian(list, 0, 6);
-    appendBigEndian(list, 0x0404, 2);
-    appendBigEndian(list, depth, 8);
-    appendBigEndian(list, 0, 8);
-    appendBigEndian(list, table, 8);
+    appendTrailer(list, 4, 4, depth, table);
+    ASSERT_LT(list.size(), mostBytes);
     EXPECT_EQ(read(list), std::nullopt);
 }
 
@@ -298,109 +337,187 @@ TEST(BinaryList, ReferencesToNowhereAreRefused)
     EXPECT_EQ(read(wide.list()), std::nullopt);
 }
 
-TEST(BinaryList, ExponentialUnfoldingIsRefused)
+TEST(BinaryList, SharedContainersAreReadOnceHoweverOftenTheyStandInTheList)
 {
     BinaryListMaker maker;
     maker.add({ 0x09 });
-    for (std::size_t i = 0; i < 200; ++i)
+    Value expected = true;
+    for (std::size_t i = 0; i < 200; ++i) {
         maker.addArray({ i, i });
-    EXPECT_EQ(read(maker.list()), std::nullopt);
+        expected = Array { expected, expected };
+    }
+    const auto value = read(maker.list());
+    ASSERT_TRUE(value);
+    EXPECT_EQ((*value->array())[0].array(), (*value->array())[1].array());
+    EXPECT_EQ(*value, expected);
 }
 
-TEST(BinaryList, ManyReferencesToLargeDataAreRefused)
+TEST(BinaryList, LargeTextsAndDataAreReadOnceHoweverOftenTheyStandInTheList)
 {
+    constexpr std::size_t size = 7'000'000, places = 100'000;
     BinaryListMaker maker;
-    maker.add(data(50'000'000));
-    maker.addArray(std::vector<std::size_t>(1000, 0));
-    EXPECT_EQ(read(maker.list()), std::nullopt);
+    maker.add(data(size));
+    maker.add(ascii(size));
+    maker.addArray(std::vector<std::size_t>(places, 0));
+    maker.addArray(std::vector<std::size_t>(places, 1));
+    maker.addArray({ 2, 3 });
+    const auto value = read(maker.list());
+    ASSERT_TRUE(value);
+    const Array& allData = *(*value->array())[0].array();
+    const Array& allTexts = *(*value->array())[1].array();
+    EXPECT_EQ(allData.front().data()->size(), size);
+    EXPECT_EQ(allData.front().data(), allData.back().data());
+    EXPECT_EQ(allTexts.front().string()->size(), size);
+    EXPECT_EQ(allTexts.front().string(), allTexts.back().string());
 }
 
-TEST(BinaryList, NestedContainersWithManyReferencesEachAreRefused)
+TEST(BinaryList, NestedContainersWithManyReferencesEachAreRead)
 {
+    constexpr std::size_t containers = 30, references = 99'000;
     BinaryListMaker maker(1);
     const std::size_t leaf = maker.add({ 0x09 });
-    // All begin within one run of references, each with the next of them behind the leaves.
-    Bytes run = markerWithCount(0xAF, 99'000);
-    run.resize(run.size() + 99'000, static_cast<std::uint8_t>(leaf));
-    for (int i = 0; i < 200; ++i) {
-        run.back() = static_cast<std::uint8_t>(i);
-        maker.add(run);
+    Value expected = true;
+    for (std::size_t i = 0; i < containers; ++i) {
+        std::vector<std::size_t> items(references, leaf);
+        items.back() = i;
+        maker.addArray(items);
+        Array values(references, true);
+        values.back() = expected;
+        expected = values;
     }
-    EXPECT_EQ(read(maker.list()), std::nullopt);
+    EXPECT_EQ(read(maker.list()), expected);
 }
 
-TEST(BinaryList, OverlappingTextsInNestedContainersAreRefused)
+/// The objects begin one after another, the first `size` bytes from the end of the last; each has all bytes that
+/// follow.
+Bytes overlapping(std::size_t objects, const Bytes& object, std::size_t size)
 {
-    constexpr std::size_t containers = 5000, length = 20'000'000;
     Bytes list = bytesOf("bplist00");
-    std::vector<std::size_t> offsets;
-    for (std::size_t i = 0; i < containers; ++i) {
-        offsets.push_back(list.size());
-        list.push_back(0xA2);
-        appendBigEndian(list, containers + i, 4);
-        appendBigEndian(list, (i + 1) % containers, 4);
-    }
-    const std::size_t texts = list.size();
-    for (std::size_t i = 0; i < containers; ++i) {
-        offsets.push_back(list.size());
-        const Bytes marker = markerWithCount(0x4F, length);
-        list.insert(list.end(), marker.begin(), marker.end());
-    }
-    list.resize(texts + length + 10 * containers, 'x');
+    const std::size_t root = list.size();
+    list.push_back(0xAF);
+    list.push_back(0x12);
+    appendBigEndian(list, objects, 4);
+    for (std::size_t i = 1; i <= objects; ++i)
+        appendBigEndian(list, i, 4);
+    const std::size_t begin = list.size();
+    for (std::size_t i = 0; i < objects; ++i)
+        list.insert(list.end(), object.begin(), object.end());
+    list.resize(list.size() + size, 0);
     const std::size_t table = list.size();
-    for (const std::size_t offset : offsets)
-        appendBigEndian(list, offset, 4);
-    appendBigEndian(list, 0, 6);
-    appendBigEndian(list, 0x0404, 2);
-    appendBigEndian(list, offsets.size(), 8);
-    appendBigEndian(list, 0, 8);
-    appendBigEndian(list, table, 8);
-    EXPECT_EQ(read(list), std::nullopt);
+    appendBigEndian(list, root, 4);
+    for (std::size_t i = 0; i < objects; ++i)
+        appendBigEndian(list, begin + i * object.size(), 4);
+    appendTrailer(list, 4, 4, objects + 1, table);
+    return list;
 }
 
-TEST(BinaryList, FiftyMegabytesOfTextOrDataAreRead)
+TEST(BinaryList, OverlappingObjectsAreRefused)
 {
-    constexpr std::size_t size = 50'000'000;
+    constexpr std::size_t objects = 500'000, size = 4'000'000;
+    for (const std::uint8_t marker : { 0x4F, 0x5F, 0x6F, 0xAF, 0xDF }) {
+        Bytes object { marker, 0x12 };
+        appendBigEndian(object, marker < 0x60 ? size : size / 8, 4);
+        const Bytes list = overlapping(objects, object, size);
+        ASSERT_LT(list.size(), mostBytes);
+        EXPECT_EQ(read(list), std::nullopt) << int { marker };
+    }
+}
+
+TEST(BinaryList, OffsetsAndReferencesOfEveryWidthAreRead)
+{
+    for (std::size_t offsetSize = 1; offsetSize <= 8; ++offsetSize) {
+        for (std::size_t referenceSize = 1; referenceSize <= 8; ++referenceSize) {
+            Bytes list = bytesOf("bplist00");
+            list.push_back(0xA2);
+            appendBigEndian(list, 1, referenceSize);
+            appendBigEndian(list, 2, referenceSize);
+            const std::size_t first = list.size();
+            for (const std::uint8_t byte : { 0x10, 0x07, 0x08 })
+                list.push_back(byte);
+            const std::size_t table = list.size();
+            for (const std::size_t offset : { std::size_t { 8 }, first, first + 2 })
+                appendBigEndian(list, offset, offsetSize);
+            appendTrailer(list, offsetSize, referenceSize, 3, table);
+            EXPECT_EQ(read(list), Value(Array { 7, false })) << offsetSize << " " << referenceSize;
+        }
+    }
+}
+
+TEST(BinaryList, CountsOfEveryWidthAreRead)
+{
+    EXPECT_EQ(read(listOf({ 0x5F, 0x10, 1, 'a' })), Value("a"));
+    EXPECT_EQ(read(listOf({ 0x5F, 0x11, 0, 1, 'a' })), Value("a"));
+    EXPECT_EQ(read(listOf({ 0x5F, 0x12, 0, 0, 0, 1, 'a' })), Value("a"));
+    EXPECT_EQ(read(listOf({ 0x5F, 0x13, 0, 0, 0, 0, 0, 0, 0, 1, 'a' })), Value("a"));
+}
+
+TEST(BinaryList, WhatNothingRefersToIsNotRead)
+{
+    BinaryListMaker maker;
+    maker.add({ 0xF0 });
+    maker.add({ 0x4F, 0x13, 0xFF });
+    maker.add({ 0x51, 'a' });
+    EXPECT_EQ(read(maker.list()), Value("a"));
+}
+
+TEST(BinaryList, FifteenMegabytesOfTextOrDataAreRead)
+{
+    constexpr std::size_t size = 15'000'000;
     EXPECT_EQ(read(listOf(data(size)))->data()->size(), size);
-    Bytes ascii = markerWithCount(0x5F, size);
-    ascii.resize(ascii.size() + size, 'a');
-    EXPECT_EQ(read(listOf(ascii))->string()->size(), size);
+    EXPECT_EQ(read(listOf(ascii(size)))->string()->size(), size);
     EXPECT_EQ(read(listOf(utf16(std::u16string(size / 2, u'ä'))))->string()->size(), size);
 }
 
-TEST(BinaryList, FiftyMegabytesOfIntegersAreRefused)
+TEST(BinaryList, NoMoreThanSixteenMebibytesAreRead)
 {
-    constexpr std::size_t count = 5'000'000;
-    BinaryListMaker maker;
-    std::vector<std::size_t> items;
-    for (std::size_t i = 0; i < count; ++i) {
-        Bytes object { 0x12 };
-        appendBigEndian(object, i, 4);
-        items.push_back(maker.add(object));
-    }
-    maker.addArray(items);
-    EXPECT_EQ(read(maker.list()), std::nullopt);
-
-    BinaryListMaker shared;
-    shared.add({ 0x10, 1 });
-    shared.addArray(std::vector<std::size_t>(50'000'000 / 4, 0));
-    EXPECT_EQ(read(shared.list()), std::nullopt);
+    const std::size_t besides = listOf(data(0)).size();
+    EXPECT_TRUE(read(listOf(data(mostBytes - besides))));
+    EXPECT_EQ(read(listOf(data(mostBytes - besides + 1))), std::nullopt);
 }
 
-TEST(BinaryList, HundredThousandValuesAreRead)
+TEST(BinaryList, HundredsOfThousandsOfValuesAreRead)
 {
-    constexpr std::size_t count = 99'000;
+    constexpr std::size_t count = 600'000;
     Array expected;
     BinaryListMaker maker;
     std::vector<std::size_t> items;
     for (std::size_t i = 0; i < count; ++i) {
+        const double seconds = 0.5 + static_cast<double>(i);
         Bytes object { 0x33 };
-        appendBigEndian(object, std::bit_cast<std::uint64_t>(0.5 + static_cast<double>(i)), 8);
+        appendBigEndian(object, std::bit_cast<std::uint64_t>(seconds), 8);
         items.push_back(maker.add(object));
-        expected.emplace_back(Date { 0.5 + static_cast<double>(i) });
+        expected.emplace_back(Date { seconds });
     }
     maker.addArray(items);
     EXPECT_EQ(read(maker.list()), Value(expected));
+}
+
+TEST(BinaryList, MillionsOfReferencesAreRead)
+{
+    constexpr std::size_t count = 4'000'000;
+    BinaryListMaker maker;
+    maker.add({ 0x10, 1 });
+    maker.addArray(std::vector<std::size_t>(count, 0));
+    EXPECT_EQ(read(maker.list()), Value(Array(count, 1)));
+}
+
+/// So many dictionaries with one key of that length.
+Bytes dictionariesOfOneKey(std::size_t count, std::size_t length)
+{
+    BinaryListMaker maker;
+    const std::size_t key = maker.add(ascii(length));
+    std::vector<std::size_t> dictionaries;
+    for (std::size_t i = 0; i < count; ++i)
+        dictionaries.push_back(maker.addDictionary({ key }, { key }));
+    maker.addArray(dictionaries);
+    return maker.list();
+}
+
+TEST(BinaryList, ManyDictionariesMayShareAKeyUnlessTheKeysBecomeTooMuch)
+{
+    EXPECT_EQ(read(dictionariesOfOneKey(100'000, 100))->array()->size(), 100'000);
+    EXPECT_EQ(read(dictionariesOfOneKey(100, 100'000))->array()->size(), 100);
+    EXPECT_EQ(read(dictionariesOfOneKey(100'000, 10'000'000)), std::nullopt);
 }
 
 TEST(BinaryList, OtherVersionsAndMereBeginningsMakeNoList)

@@ -1,6 +1,6 @@
 #include "TemporaryDirectory.h"
 
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 
 #include <gtest/gtest.h>
 
@@ -32,19 +32,19 @@ const std::string xml = R"(<?xml version="1.0" encoding="UTF-8"?>
 Bytes binary()
 {
     std::string error;
-    return LibplistPropertyLists().writeBinary(settings, error).value();
+    return StoredPropertyLists().writeBinary(settings, error).value();
 }
 
 std::optional<Value> read(const Bytes& bytes)
 {
-    return LibplistPropertyLists().read(bytes);
+    return StoredPropertyLists().read(bytes);
 }
 
 /// Reads the bytes with each of them changed in turn, in several ways. Whatever is read must be written and read alike.
 /// The number of changed lists that are lists still.
 int readEveryChange(Bytes bytes)
 {
-    const LibplistPropertyLists lists;
+    const StoredPropertyLists lists;
     int readable = 0;
     for (std::uint8_t& byte : bytes) {
         const std::uint8_t original = byte;

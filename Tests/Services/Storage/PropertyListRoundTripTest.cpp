@@ -1,7 +1,7 @@
 #include "Python.h"
 #include "TemporaryDirectory.h"
 
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 
 #include <gtest/gtest.h>
 
@@ -71,7 +71,7 @@ std::string differencesAfterRoundTrip(const std::string& form)
     const TemporaryDirectory directory;
     const std::string original = directory.path("original.plist"), copy = directory.path("copy.plist");
     std::string output = runPython(script, "write " + form + " '" + original + "'");
-    const LibplistPropertyLists lists;
+    const StoredPropertyLists lists;
     const auto value = lists.read(bytesOf(directory.read("original.plist")));
     if (!value)
         return output + "cannot be read";

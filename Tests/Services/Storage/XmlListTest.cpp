@@ -1,19 +1,22 @@
 #include "TemporaryDirectory.h"
 
-#include "Storage/LibplistPropertyLists.h"
+#include "Storage/StoredPropertyLists.h"
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace {
 
-constexpr std::size_t fiftyMegabytes = 50'000'000;
+constexpr std::size_t fifteenMegabytes = 15'000'000;
 
 std::optional<Value> read(std::string_view text)
 {
-    return LibplistPropertyLists().read(bytesOf(text));
+    return StoredPropertyLists().read(bytesOf(text));
 }
 
 /// What the element stands for as the root of a list.
@@ -35,26 +38,15 @@ std::string repeated(std::string_view text, std::size_t times)
     return result;
 }
 
-/// A text of its own for each number; libplist keeps them all in one slot of its hash table.
-std::string collidingKey(std::size_t number)
+std::string utf16(std::u16string_view text, std::endian order)
 {
-    constexpr unsigned factor = 33, slots = 4096;
-    const std::string key = std::to_string(number);
-    unsigned hash = 5381;
-    for (const char c : key)
-        hash = hash * factor + static_cast<unsigned>(c);
-    for (char a = 'A'; a <= 'Z'; ++a) {
-        for (char b = 'A'; b <= 'Z'; ++b) {
-            for (char c = 'A'; c <= 'Z'; ++c) {
-                const unsigned whole =
-                    ((hash * factor + static_cast<unsigned>(a)) * factor + static_cast<unsigned>(b)) * factor
-                    + static_cast<unsigned>(c);
-                if (whole % slots == 0)
-                    return key + a + b + c;
-            }
-        }
+    std::string bytes;
+    for (const char16_t unit : text) {
+        const char high = static_cast<char>(unit >> 8), low = static_cast<char>(unit & 0xFF);
+        bytes += order == std::endian::big ? high : low;
+        bytes += order == std::endian::big ? low : high;
     }
-    return key;
+    return bytes;
 }
 
 } // namespace
@@ -106,7 +98,8 @@ TEST(XmlList, IntegersAreReadToTheLimitsAndNoFurther)
     EXPECT_EQ(readElement("<integer>-9223372036854775809</integer>"), std::nullopt);
     EXPECT_EQ(readElement("<integer>+010</integer>"), Value(10));
     EXPECT_EQ(readElement("<integer>-0x1F</integer>"), Value(-31));
-    for (const char* none : { "", "-", "0x", "1.5", "1 2", "--1", "+-1", "&#49;", "<!-- -->1", "ten" })
+    EXPECT_EQ(readElement("<integer>&#49;<!-- two -->2<![CDATA[3]]></integer>"), Value(123));
+    for (const char* none : { "", "-", "0x", "1.5", "1 2", "--1", "+-1", "0x-1", "-0x8000000000000001", "ten" })
         EXPECT_EQ(readElement("<integer>" + std::string(none) + "</integer>"), std::nullopt) << none;
     EXPECT_EQ(readElement("<integer/>"), std::nullopt);
 }
@@ -125,8 +118,35 @@ TEST(XmlList, RealsAreReadExactly)
     EXPECT_TRUE(std::isnan(readElement("<real>nan</real>")->real()));
     EXPECT_TRUE(std::signbit(readElement("<real>-0.0</real>")->real()));
     EXPECT_EQ(readElement("<real>12</real>"), Value(12.0));
-    for (const char* none : { "", "1,5", "1.5x", "-", "--1", "0x1p3" })
+    for (const char* none : { "", "1,5", "1.5x", "-", "--1", "+-1", "1 5", "0x1p3" })
         EXPECT_EQ(readElement("<real>" + std::string(none) + "</real>"), std::nullopt) << none;
+}
+
+TEST(XmlList, RealsBeyondTheRangeAreZeroOrInfinity)
+{
+    using namespace std::string_literals;
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    const std::string zeros(1000, '0');
+    for (const std::string& large : { "1e400"s, "1" + zeros, "0.0001e99999999999999999999"s })
+        EXPECT_EQ(readElement("<real>" + large + "</real>"), Value(infinity)) << large;
+    EXPECT_EQ(readElement("<real>-1e400</real>"), Value(-infinity));
+    for (const std::string& small : { "1e-400"s, "0." + zeros + "1", "1000e-99999999999999999999"s })
+        EXPECT_EQ(readElement("<real>" + small + "</real>"), Value(0.0)) << small;
+    EXPECT_TRUE(std::signbit(readElement("<real>-1e-400</real>")->real()));
+}
+
+TEST(XmlList, RealsHaveADecimalPointWhateverTheLocale)
+{
+    const TemporaryDirectory locales;
+    const std::string command = "localedef -i de_DE -f UTF-8 '" + locales.path("de_DE.UTF-8") + "' >/dev/null 2>&1";
+    if (std::system(command.c_str()) != 0)
+        GTEST_SKIP() << "a locale with a decimal comma cannot be made";
+    setenv("LOCPATH", locales.path().c_str(), 1);
+    ASSERT_TRUE(std::setlocale(LC_NUMERIC, "de_DE.UTF-8"));
+    EXPECT_EQ(readElement("<real>2.5</real>"), Value(2.5));
+    EXPECT_EQ(readElement("<real>2,5</real>"), std::nullopt);
+    std::setlocale(LC_NUMERIC, "C");
+    unsetenv("LOCPATH");
 }
 
 TEST(XmlList, DatesOfAllYearsAreRead)
@@ -161,9 +181,90 @@ TEST(XmlList, EntitiesAndCdataAreResolved)
         EXPECT_EQ(readElement("<string>" + std::string(none) + "</string>"), std::nullopt) << none;
 }
 
-TEST(XmlList, DeclaredEntitiesMakeNoList)
+TEST(XmlList, DocumentTypesWithDeclarationsAreRead)
 {
-    EXPECT_EQ(read("<!DOCTYPE plist [<!ENTITY a 'b'>]><plist><string>a</string></plist>"), std::nullopt);
+    const Value expected = Array { "a" };
+    const std::string list = "<plist version='1.0'><array><string>a</string></array></plist>";
+    EXPECT_EQ(read("<!DOCTYPE plist [ ]>" + list), expected);
+    EXPECT_EQ(read("<!DOCTYPE plist PUBLIC 'a' 'b' [\n<!-- > -->\n]>" + list), expected);
+    EXPECT_EQ(read("<!DOCTYPE plist [<!ENTITY % object '(array | string)'><!ELEMENT plist (array | string)>"
+                   "<!ATTLIST plist version CDATA '1.0'><!ELEMENT array (string)*><!ELEMENT string (#PCDATA)>"
+                   "<!NOTATION n SYSTEM 'n'><?pi?>]>"
+                  + list),
+        expected);
+}
+
+TEST(XmlList, DeclaredEntitiesAreResolved)
+{
+    EXPECT_EQ(read("<!DOCTYPE plist [<!ENTITY a 'b'><!ENTITY c '&a;&a;'>]><plist><string>&c;d</string></plist>"),
+        Value("bbd"));
+    EXPECT_EQ(read("<!DOCTYPE plist [<!ENTITY a '<true/>'>]><plist><array>&a;&a;</array></plist>"),
+        Value(Array { true, true }));
+}
+
+TEST(XmlList, EntitiesOfOtherFilesAndUndeclaredOnesMakeNoList)
+{
+    const std::string list = "<plist><string>a&b;</string></plist>";
+    EXPECT_EQ(read("<!DOCTYPE plist [<!ENTITY b SYSTEM 'file:///etc/hostname'>]>" + list), std::nullopt);
+    EXPECT_EQ(read("<!DOCTYPE plist SYSTEM 'a'>" + list), std::nullopt);
+    EXPECT_EQ(read("<!DOCTYPE plist [<!ENTITY % c SYSTEM 'd'>%c;]>" + list), std::nullopt);
+    EXPECT_EQ(read("<!DOCTYPE plist [<!ENTITY b '&b;'>]>" + list), std::nullopt);
+    EXPECT_EQ(read(list), std::nullopt);
+}
+
+/// A list whose last entity stands for `width` of the one before it, and so on, `depth` times.
+std::string entitiesInEntities(int depth, int width, const std::string& core)
+{
+    std::string list = "<!DOCTYPE plist [<!ENTITY e0 '" + core + "'>";
+    for (int i = 1; i <= depth; ++i)
+        list += "<!ENTITY e" + std::to_string(i) + " '"
+            + repeated("&e" + std::to_string(i - 1) + ";", static_cast<std::size_t>(width)) + "'>";
+    return list + "]><plist><array>&e" + std::to_string(depth) + ";</array></plist>";
+}
+
+TEST(XmlList, EntitiesThatGrowWithoutEndMakeNoList)
+{
+    EXPECT_EQ(read(entitiesInEntities(3, 10, "<true/>"))->array()->size(), 1000);
+    EXPECT_EQ(read(entitiesInEntities(9, 10, "<true/>")), std::nullopt);
+    EXPECT_EQ(read(entitiesInEntities(200, 2, "")), std::nullopt);
+    const std::string large(100'000, 'a');
+    EXPECT_EQ(read("<!DOCTYPE plist [<!ENTITY a '" + large + "'>]><plist><string>" + repeated("&a;", 100'000)
+                  + "</string></plist>"),
+        std::nullopt);
+}
+
+TEST(XmlList, EntitiesInOneAnotherToAnyDepthExhaustNoStack)
+{
+    EXPECT_EQ(read(entitiesInEntities(200, 1, "<true/>")), Value(Array { true }));
+    EXPECT_EQ(read(entitiesInEntities(100'000, 1, "<true/>")), std::nullopt);
+}
+
+TEST(XmlList, ManyDeclaredAttributesMakeNoList)
+{
+    std::string attributes;
+    for (int i = 0; i < 100'000; ++i)
+        attributes += " a" + std::to_string(i) + " CDATA ''";
+    EXPECT_EQ(read("<!DOCTYPE plist [<!ATTLIST true" + attributes + ">]><plist><array>" + repeated("<true/>", 1'000'000)
+                  + "</array></plist>"),
+        std::nullopt);
+}
+
+TEST(XmlList, EncodingsThatExpatKnowsAreRead)
+{
+    const std::string list = "<plist><dict><key>k\xE4</key><string>\xDF \xFF</string></dict></plist>";
+    EXPECT_EQ(read("<?xml version='1.0' encoding='ISO-8859-1'?>" + list), Value(Dictionary { { "kä", "ß ÿ" } }));
+    EXPECT_EQ(read("<?xml version='1.0' encoding='UTF-8'?>" + list), std::nullopt);
+    EXPECT_EQ(read("<?xml version='1.0' encoding='US-ASCII'?>" + list), std::nullopt);
+    EXPECT_EQ(read("<?xml version='1.0' encoding='US-ASCII'?><plist><string>a&#228;</string></plist>"), Value("aä"));
+    EXPECT_EQ(read("<?xml version='1.0' encoding='EBCDIC-CP-DE'?><plist><true/></plist>"), std::nullopt);
+    const std::u16string wide = u"<plist><dict><key>電</key><string>ä 😀</string></dict></plist>";
+    for (const std::endian order : { std::endian::big, std::endian::little }) {
+        for (const std::u16string declaration : { u"", u"<?xml version='1.0' encoding='UTF-16'?>" })
+            EXPECT_EQ(read(utf16(u"\uFEFF" + declaration + wide, order)), Value(Dictionary { { "電", "ä 😀" } }));
+    }
+    EXPECT_EQ(read(utf16(u"\uFEFF<plist><string>\xD83D</string></plist>", std::endian::big)), std::nullopt);
+    EXPECT_EQ(read(utf16(u"\uFEFF" + wide, std::endian::big) + "\n"), std::nullopt);
+    EXPECT_EQ(read("<?xml version='1.0' encoding='UTF-16'?><plist><true/></plist>"), std::nullopt);
 }
 
 TEST(XmlList, TextThatIsNoUtf8MakesNoList)
@@ -177,6 +278,8 @@ TEST(XmlList, UidDictionaryIsAUid)
 {
     EXPECT_EQ(
         readElement("<array><dict><key>CF$UID</key><integer>5</integer></dict></array>"), Value(Array { Uid { 5 } }));
+    EXPECT_EQ(readElement("<dict><key>CF$UID</key><integer>18446744073709551615</integer></dict>"),
+        Value(Uid { ~std::uint64_t { 0 } }));
     EXPECT_EQ(
         readElement("<dict><key>CF$UID</key><integer>-1</integer></dict>"), Value(Dictionary { { "CF$UID", -1 } }));
     EXPECT_EQ(readElement("<dict><key>CF$UID</key><string>5</string></dict>"), Value(Dictionary { { "CF$UID", "5" } }));
@@ -197,10 +300,13 @@ TEST(XmlList, MalformedElementsMakeNoList)
             "<array><key>a</key></array>", "<key>a</key>", "<array></dict>", "<array>text</array>", "<true/><true/>",
             "<array/><true/>", "<plist><true/></plist>", "<null/>", "<true>yes</true>", "<string><b>bold</b></string>",
             "<array><true/>", "</array>", "<string>a", "<string a='>'", "<!-- ", "<![CDATA[a]]>", "<string>a</strin>",
-            "<Array/>", "<true//>", "<true", "< true/>" })
+            "<Array/>", "<true//>", "<true", "< true/>", "<string/>text", "<plist/>", "<x:true/>",
+            "<dict><key/><key/></dict>", "<dict>a<key/><true/></dict>" })
         EXPECT_EQ(readElement(none), std::nullopt) << none;
     EXPECT_EQ(read("<plist><true/>"), std::nullopt);
     EXPECT_EQ(read("<plist/>"), std::nullopt);
+    EXPECT_EQ(read("<plist>text<true/></plist>"), std::nullopt);
+    EXPECT_EQ(read("<array><plist><true/></plist></array>"), std::nullopt);
     EXPECT_EQ(read("<plist><true/></plist>rest"), std::nullopt);
     EXPECT_EQ(read("<plist><true/></plist><plist><true/></plist>"), std::nullopt);
 }
@@ -208,6 +314,9 @@ TEST(XmlList, MalformedElementsMakeNoList)
 TEST(XmlList, OtherFormatsMakeNoList)
 {
     EXPECT_EQ(read(""), std::nullopt);
+    EXPECT_EQ(read(" \n"), std::nullopt);
+    EXPECT_EQ(read("\xEF\xBB\xBF"), std::nullopt);
+    EXPECT_EQ(read(std::string(1000, '\0')), std::nullopt);
     EXPECT_EQ(read("{ a = 1; }"), std::nullopt);
     EXPECT_EQ(read("{\"a\": 1}"), std::nullopt);
     EXPECT_EQ(read("(a, b)"), std::nullopt);
@@ -223,7 +332,7 @@ TEST(XmlList, ContainersNestToFiveHundredAndTwelve)
     EXPECT_EQ(readElement(repeated("<array>", 10'000'000)), std::nullopt);
 }
 
-/// Fifty megabytes of a piece, between two others.
+/// Fifteen megabytes of a piece, between two others.
 struct LargeList {
     std::string name;
     std::string before;
@@ -232,9 +341,14 @@ struct LargeList {
     /// What the piece becomes in the text or data that is read.
     std::size_t lengthPerPiece = 0;
 
-    std::size_t pieces() const { return fiftyMegabytes / piece.size(); }
+    std::size_t pieces() const { return fifteenMegabytes / piece.size(); }
     std::optional<Value> read() const { return readElement(before + repeated(piece, pieces()) + after); }
 };
+
+std::ostream& operator<<(std::ostream& out, const LargeList& list)
+{
+    return out << list.name;
+}
 
 std::string nameOf(const testing::TestParamInfo<LargeList>& info)
 {
@@ -257,7 +371,8 @@ INSTANTIATE_TEST_SUITE_P(XmlList, LargeXmlText,
         LargeList { "NumericEntities", "<string>", "&#65;", "</string>", 1 },
         LargeList { "Comments", "<string>", "<!---->a", "</string>", 1 },
         LargeList { "CdataPieces", "<string>", "<![CDATA[a]]>", "</string>", 1 },
-        LargeList { "OneComment", "<!--", "-", "--><string></string>", 0 },
+        LargeList { "EndsOfCdata", "<string>", "]]&gt;", "</string>", 3 },
+        LargeList { "OneComment", "<!--", "- ", "--><string></string>", 0 },
         LargeList { "Tags", "<!--", "<a>", "--><string/>", 0 }, LargeList { "LineBreaks", "", "\n", "<string/>", 0 }),
     nameOf);
 
@@ -283,53 +398,57 @@ TEST_P(LargeXmlNonsense, IsRefused)
 }
 
 INSTANTIATE_TEST_SUITE_P(XmlList, LargeXmlNonsense,
-    testing::Values(LargeList { "Integers", "<array>", "<integer>1</integer>", "</array>" },
-        LargeList { "Booleans", "<array>", "<true/>", "</array>" },
-        LargeList { "Texts", "<array>", "<string/>", "</array>" },
-        LargeList { "Arrays", "<array>", "<array/>", "</array>" },
-        LargeList { "Entries", "<dict>", "<key>a</key><true/>", "</dict>" },
-        LargeList { "OpenArrays", "", "<array>", "" }, LargeList { "OpenDictionaries", "", "<dict><key>a</key>", "" },
-        LargeList { "OpenPlists", "", "<plist>", "" }, LargeList { "Ampersands", "<string>", "&", "</string>" },
-        LargeList { "EndsOfCdata", "<string>", "]]&gt;", "</string>" },
+    testing::Values(LargeList { "OpenArrays", "", "<array>", "" },
+        LargeList { "OpenDictionaries", "", "<dict><key>a</key>", "" }, LargeList { "OpenPlists", "", "<plist>", "" },
+        LargeList { "Ampersands", "<string>", "&", "</string>" },
         LargeList { "OpenComments", "<string>", "<!--", "</string>" },
         LargeList { "OpenCdata", "<string>", "<![CDATA[", "</string>" },
         LargeList { "LessThan", "<string>", "<", "</string>" }, LargeList { "Integer", "<integer>", "1", "</integer>" },
-        LargeList { "Real", "<real>", "1", "</real>" }, LargeList { "Date", "<date>", "2", "</date>" },
-        LargeList { "Data", "<data>", "=", "</data>" }, LargeList { "TagName", "<", "a", "/>" },
-        LargeList { "Quotes", "<string ", "\"", ">" }, LargeList { "Instructions", "", "<?", "" },
+        LargeList { "Date", "<date>", "2", "</date>" }, LargeList { "Data", "<data>", "=", "</data>" },
+        LargeList { "TagName", "<", "a", "/>" }, LargeList { "Quotes", "<string ", "\"", ">" },
+        LargeList { "Attributes", "<string ", "a='' ", ">" }, LargeList { "Instructions", "", "<?", "" },
         LargeList { "DocumentTypes", "", "<!DOCTYPE a>", "" }),
     nameOf);
 
-TEST(XmlList, NinetyNineThousandValuesAreRead)
+class LargeXmlArray : public testing::TestWithParam<LargeList> { };
+
+TEST_P(LargeXmlArray, IsRead)
 {
-    constexpr std::size_t count = 99'000;
-    EXPECT_EQ(
-        readElement("<array>" + repeated("<date>2024-01-01T00:00:00Z</date>", count) + "</array>")->array()->size(),
-        count);
-    EXPECT_EQ(readElement("<array>" + repeated("<integer>-1</integer>", count) + "</array>"), Value(Array(count, -1)));
+    const auto value = GetParam().read();
+    ASSERT_TRUE(value && value->array());
+    EXPECT_EQ(value->array()->size(), GetParam().pieces());
 }
 
-TEST(XmlList, DictionaryOfTenThousandKeysIsRead)
+INSTANTIATE_TEST_SUITE_P(XmlList, LargeXmlArray,
+    testing::Values(LargeList { "Integers", "<array>", "<integer>1</integer>", "</array>" },
+        LargeList { "Booleans", "<array>", "<true/>", "</array>" },
+        LargeList { "Dates", "<array>", "<date>2024-01-01T00:00:00Z</date>", "</array>" },
+        LargeList { "Texts", "<array>", "<string/>", "</array>" },
+        LargeList { "Arrays", "<array>", "<array/>", "</array>" },
+        LargeList { "Dictionaries", "<array>", "<dict><key>a</key><true/></dict>", "</array>" }),
+    nameOf);
+
+TEST(XmlList, RealOfMillionsOfDigitsIsInfinity)
+{
+    EXPECT_EQ(readElement("<real>" + repeated("1", fifteenMegabytes) + "</real>"),
+        Value(std::numeric_limits<double>::infinity()));
+}
+
+TEST(XmlList, NoMoreThanSixteenMebibytesAreRead)
+{
+    constexpr std::size_t most = std::size_t { 16 } << 20;
+    EXPECT_EQ(read("<true/>" + std::string(most - 7, ' ')), Value(true));
+    EXPECT_EQ(read("<true/>" + std::string(most - 6, ' ')), std::nullopt);
+}
+
+TEST(XmlList, DictionaryOfHundredsOfThousandsOfKeysIsRead)
 {
     std::string text;
     Dictionary expected;
-    for (int i = 0; i < 10'000; ++i) {
+    for (int i = 0; i < 400'000; ++i) {
         const std::string key = "key" + std::to_string(i);
         text += "<key>" + key + "</key><true/>";
         expected.emplace(key, true);
     }
     EXPECT_EQ(readElement("<dict>" + text + "</dict>"), Value(expected));
-}
-
-TEST(XmlList, KeysOfOneHashAreReadOrRefusedSoon)
-{
-    const auto dictionary = [](std::size_t count) {
-        std::string text = "<dict>";
-        for (std::size_t i = 0; i < count; ++i)
-            text += "<key>" + collidingKey(i) + "</key><true/>";
-        return text + "</dict>";
-    };
-    EXPECT_EQ(readElement(dictionary(10'000))->dictionary()->size(), 10'000);
-    EXPECT_EQ(readElement(dictionary(49'000)), std::nullopt);
-    EXPECT_EQ(readElement("<array>" + repeated(dictionary(4000), 12) + "</array>"), std::nullopt);
 }
