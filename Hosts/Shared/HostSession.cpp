@@ -1,7 +1,7 @@
 #include "Shared/HostSession.h"
 
 #include "Foundation/NSNotificationCenter.h"
-#include "Pictures/QtImages.h"
+#include "Pictures/ModuleImages.h"
 #include "Shared/BundleLoader.h"
 #include "Shared/StderrLog.h"
 #include "Storage/LibplistPropertyLists.h"
@@ -76,7 +76,7 @@ std::unique_ptr<HostSession> HostSession::open(
 
     phone.propertyLists = std::make_shared<LibplistPropertyLists>();
     phone.files = session->_files;
-    phone.images = std::make_shared<QtImages>();
+    phone.images = std::make_shared<ModuleImages>();
     if (!phone.systemLog)
         phone.systemLog = std::make_shared<StderrLog>();
     phone.languages = userLanguages();

@@ -2,7 +2,7 @@
 
 #include "Foundation/NSKeyedArchiver.h"
 #include "Phone/Phone.h"
-#include "Pictures/QtImages.h"
+#include "Pictures/ModuleImages.h"
 #include "Storage/LibplistPropertyLists.h"
 #include "TemporaryDirectory.h"
 #include "UIKit/UIImage.h"
@@ -22,7 +22,7 @@ protected:
     {
         Phone phone;
         phone.propertyLists = std::make_shared<LibplistPropertyLists>();
-        phone.images = std::make_shared<QtImages>();
+        phone.images = std::make_shared<ModuleImages>();
         phone.screenScale = 2;
         Phone::setCurrent(std::move(phone));
     }
@@ -39,7 +39,7 @@ protected:
     void writePicture(const std::string& file, int width, int height)
     {
         const Bitmap bitmap { width, height, Bytes(static_cast<std::size_t>(width) * height * 4, 0xFF) };
-        const Bytes png = QtImages().encodePng(bitmap).value_or(Bytes());
+        const Bytes png = ModuleImages().encodePng(bitmap).value_or(Bytes());
         write(file, std::string(png.begin(), png.end()));
     }
 
