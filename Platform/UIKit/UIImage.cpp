@@ -146,7 +146,8 @@ std::shared_ptr<UIImage> UIImage::imageWithIconOfApp(std::string app, double sca
 std::shared_ptr<UIImage> UIImage::imageWithContentsOfFile(const std::string& path)
 {
     auto data = dataWithContentsOfFile(path);
-    return data ? imageWithData(std::move(*data)) : nullptr;
+    auto image = data ? imageWithData(std::move(*data)) : nullptr;
+    return image && image->bitmap() ? image : nullptr;
 }
 
 std::shared_ptr<UIImage> UIImage::imageNamed_inBundle(const std::string& name, const NSBundle& bundle)

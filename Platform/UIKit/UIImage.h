@@ -22,7 +22,7 @@ public:
     static std::shared_ptr<UIImage> imageWithBitmap(std::shared_ptr<const Bitmap> bitmap, double scale);
     /// The icon of the app, as large as a settings row shows it. Null on a phone without icons of apps.
     static std::shared_ptr<UIImage> imageWithIconOfApp(std::string app, double scale);
-    /// Null when the file is missing or no picture.
+    /// Null when the file is missing or cannot be decoded. For pictures that are drawn at once: it decodes them.
     static std::shared_ptr<UIImage> imageWithContentsOfFile(const std::string& path);
     /// The PNG of that name in the bundle, the variant for the screen's scale ("name@2x.png") before the plain one;
     /// null when there is none.

@@ -15,7 +15,8 @@ std::string colorOf(const Bitmap& icon)
 {
     const auto middle = (static_cast<std::size_t>(icon.height) / 2 * icon.width + icon.width / 2) * 4;
     char color[8];
-    std::snprintf(color, sizeof color, "#%02x%02x%02x", icon.rgba[middle], icon.rgba[middle + 1], icon.rgba[middle + 2]);
+    std::snprintf(
+        color, sizeof color, "#%02x%02x%02x", icon.rgba[middle], icon.rgba[middle + 1], icon.rgba[middle + 2]);
     return color;
 }
 
