@@ -3,7 +3,6 @@
 #include "Pictures/PictureFile.h"
 
 #include <QBuffer>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
