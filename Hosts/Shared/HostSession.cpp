@@ -1,7 +1,7 @@
 #include "Shared/HostSession.h"
 
 #include "Foundation/NSNotificationCenter.h"
-#include "Pictures/QtImages.h"
+#include "Pictures/ModuleImages.h"
 #include "Shared/BundleLoader.h"
 #include "Shared/StderrLog.h"
 #include "Shared/UserLanguages.h"
@@ -64,7 +64,7 @@ Result<std::unique_ptr<HostSession>> HostSession::open(const HostOptions& option
     phone.propertyLists = std::make_shared<StoredPropertyLists>();
     phone.files = session->_turnFiles = std::make_shared<TurnFiles>(
         session->_files, std::vector<std::string> { SettingsFile::path, TDProduct::bindingsPath() });
-    phone.images = std::make_shared<QtImages>();
+    phone.images = std::make_shared<ModuleImages>();
     phone.languages = userLanguages();
     if (decorate)
         decorate(phone);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Phone/AppIcons.h"
 #include "Phone/Appearance.h"
 #include "Phone/DarwinNotifications.h"
 #include "Phone/Files.h"
@@ -28,6 +29,7 @@ struct Phone {
     std::shared_ptr<PairedDevices> pairedDevices;
     std::shared_ptr<Subscriptions> subscriptions;
     std::shared_ptr<HomeScreen> homeScreen;
+    std::shared_ptr<AppIcons> appIcons;
     std::shared_ptr<Appearance> appearance;
     std::shared_ptr<TextMeasure> textMeasure;
     std::shared_ptr<Mail> mail;

@@ -16,12 +16,16 @@ namespace {
 
 constexpr const char* archivedDataField = "UIImageData";
 constexpr const char* archivedScaleField = "UIScale";
+constexpr const char* archivedAppField = "UIImageApp";
+constexpr double appIconPoints = 29;
 constexpr int bytesPerPixel = 4;
 constexpr int opaqueAlpha = 255;
 
 Value encodeImage(NSObject& object)
 {
     auto& image = static_cast<UIImage&>(object);
+    if (!image.app().empty())
+        return Dictionary { { archivedAppField, image.app() }, { archivedScaleField, image.scale() } };
     // A picture that came from a file is archived as that file, which costs nothing and loses nothing.
     auto data = image.encoded().empty() ? UIImagePNGRepresentation(image.self()) : std::optional(image.encoded());
     if (!data)
@@ -31,9 +35,12 @@ Value encodeImage(NSObject& object)
 
 std::shared_ptr<NSObject> decodeImage(const Dictionary& fields)
 {
+    const double archivedScale = valueForKey(fields, archivedScaleField).doubleValue();
+    const double scale = archivedScale > 0 ? archivedScale : 1;
+    if (const auto* app = valueForKey(fields, archivedAppField).string())
+        return UIImage::imageWithIconOfApp(*app, scale);
     const auto* data = valueForKey(fields, archivedDataField).data();
-    const double scale = valueForKey(fields, archivedScaleField).doubleValue();
-    return data ? UIImage::imageWithData(*data, scale > 0 ? scale : 1) : nullptr;
+    return data ? UIImage::imageWithData(*data, scale) : nullptr;
 }
 
 [[maybe_unused]] const bool archivesImages = registerKeyedCoding(UIImage::classObject(), { encodeImage, decodeImage });
@@ -91,6 +98,11 @@ std::shared_ptr<UIImage> imageOfBundle(const std::string& path, double scale)
 
 constexpr double greatestExtent = 32767;
 
+CGSize sizeInPoints(const PixelSize& pixels, double scale)
+{
+    return { pixels.width / scale, pixels.height / scale };
+}
+
 /// A width or height in pixels; 0 for what is no number.
 int extentInPixels(double points, double scale)
 {
@@ -115,7 +127,7 @@ std::shared_ptr<UIImage> UIImage::imageWithData(Bytes data, double scale)
     if (!size)
         return nullptr;
     auto image = std::make_shared<UIImage>();
-    image->_pixels = *size;
+    image->_size = sizeInPoints(*size, scale);
     image->_scale = scale;
     image->_encoded = std::move(data);
     return image;
@@ -126,16 +138,28 @@ std::shared_ptr<UIImage> UIImage::imageWithBitmap(std::shared_ptr<const Bitmap> 
     if (!bitmap)
         return nullptr;
     auto image = std::make_shared<UIImage>();
-    image->_pixels = { bitmap->width, bitmap->height };
+    image->_size = sizeInPoints({ bitmap->width, bitmap->height }, scale);
     image->_scale = scale;
     image->_bitmap = std::move(bitmap);
+    return image;
+}
+
+std::shared_ptr<UIImage> UIImage::imageWithIconOfApp(std::string app, double scale)
+{
+    if (app.empty() || !Phone::current().appIcons)
+        return nullptr;
+    auto image = std::make_shared<UIImage>();
+    image->_size = { appIconPoints, appIconPoints };
+    image->_scale = scale;
+    image->_app = std::move(app);
     return image;
 }
 
 std::shared_ptr<UIImage> UIImage::imageWithContentsOfFile(const std::string& path)
 {
     auto data = dataWithContentsOfFile(path);
-    return data ? imageWithData(std::move(*data)) : nullptr;
+    auto image = data ? imageWithData(std::move(*data)) : nullptr;
+    return image && image->bitmap() ? image : nullptr;
 }
 
 std::shared_ptr<UIImage> UIImage::imageNamed_inBundle(const std::string& name, const NSBundle& bundle)
@@ -150,17 +174,13 @@ std::shared_ptr<UIImage> UIImage::imageNamed_inBundle(const std::string& name, c
     return nullptr;
 }
 
-CGSize UIImage::size() const
-{
-    return { _pixels.width / _scale, _pixels.height / _scale };
-}
-
 std::shared_ptr<UIImage> UIImage::imageWithRenderingMode(UIImageRenderingMode mode) const
 {
     auto image = std::make_shared<UIImage>();
-    image->_pixels = _pixels;
+    image->_size = _size;
     image->_scale = _scale;
     image->_encoded = _encoded;
+    image->_app = _app;
     image->_bitmap = _bitmap;
     image->_renderingMode = mode;
     return image;
@@ -168,9 +188,17 @@ std::shared_ptr<UIImage> UIImage::imageWithRenderingMode(UIImageRenderingMode mo
 
 std::shared_ptr<const Bitmap> UIImage::bitmap() const
 {
-    if (!_bitmap && !_encoded.empty() && Phone::current().images)
-        _bitmap = Phone::current().images->decode(_encoded);
-    return _bitmap;
+    if (!_bitmap)
+        _bitmap = decoded();
+    return *_bitmap;
+}
+
+std::shared_ptr<const Bitmap> UIImage::decoded() const
+{
+    const Phone& phone = Phone::current();
+    if (!_app.empty())
+        return phone.appIcons ? phone.appIcons->icon(_app, _size.width, _scale) : nullptr;
+    return !_encoded.empty() && phone.images ? phone.images->decode(_encoded) : nullptr;
 }
 
 void UIImage::drawInRect(const CGRect& rect) const

@@ -1,13 +1,13 @@
 #include "Linux/LinuxPhone.h"
 
 #include "Linux/BluezDevices.h"
-#include "Linux/ChosenIconTheme.h"
-#include "Linux/DesktopHomeScreen.h"
+#include "Linux/Desktop/ChosenIconTheme.h"
+#include "Linux/Desktop/DesktopHomeScreen.h"
+#include "Linux/Desktop/UserFolders.h"
 #include "Linux/LinuxSubscriptions.h"
 #include "Linux/PortalLinks.h"
 #include "Linux/PortalMail.h"
 #include "Linux/SyslogLog.h"
-#include "Linux/UserFolders.h"
 
 #include <QGuiApplication>
 
@@ -19,6 +19,7 @@
 namespace {
 
 constexpr const char* simNamesFile = "/tandem/sim-names";
+constexpr const char* iconThemeSetting = "icon-theme";
 
 void keepQuiet(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text)
 {
@@ -60,8 +61,8 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
 
     _phone.systemLog = std::make_shared<SyslogLog>();
     _phone.darwinNotifications = _notifications;
-    const auto sims =
-        std::make_shared<LinuxSubscriptions>(system, configurationFolders().constFirst() + QLatin1String(simNamesFile));
+    const auto sims = std::make_shared<LinuxSubscriptions>(
+        system, QString::fromStdString(configurationFolders().front()) + QLatin1String(simNamesFile));
     _phone.subscriptions = sims;
     // The page of devices shows the SIMs too.
     const auto devices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
@@ -70,8 +71,10 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
             known->askAhead();
     });
     _phone.pairedDevices = devices;
-    _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
-        dataFolders(), [settings, budget = _budget] { return chosenIconTheme(*settings, *budget); }, _budget);
+    _phone.homeScreen = std::make_shared<DesktopHomeScreen>();
+    _phone.appIcons = std::make_shared<DesktopIcons>(dataFolders(), [settings] {
+        return chosenIconTheme(textOf(settings->group(PortalSettings::interfaceGroup), iconThemeSetting).toStdString());
+    });
     _phone.appearance = _appearance;
     const auto acts = std::make_shared<BackgroundActs>(_budget);
     _phone.mail = std::make_shared<PortalMail>(session, acts, std::move(hostPath));

@@ -54,6 +54,18 @@ public:
     std::shared_ptr<const Bitmap> scaled(const Bitmap&, PixelSize) const override { return nullptr; }
 };
 
+/// Draws every icon as one pixel, and remembers which it was asked for.
+class OnePixelIcons final : public AppIcons {
+public:
+    std::shared_ptr<const Bitmap> icon(const std::string& app, double points, double scale) override
+    {
+        requests.push_back(app + " " + std::to_string(std::lround(points)) + " " + std::to_string(std::lround(scale)));
+        return hasIcons ? std::make_shared<const Bitmap>(Bitmap { 1, 1, { 255, 0, 0, 255 } }) : nullptr;
+    }
+    std::vector<std::string> requests;
+    bool hasIcons = true;
+};
+
 class Pictures : public PhoneTest {
 protected:
     void addToBundle(const std::string& file, const Bytes& content)
@@ -107,6 +119,50 @@ TEST_F(Pictures, ThatCannotBeDecodedHaveASizeButNoPixelsAndMakeNoFile)
     EXPECT_FALSE(image->bitmap());
     EXPECT_FALSE(image->imageWithRenderingMode(UIImageRenderingMode::AlwaysTemplate)->bitmap());
     EXPECT_FALSE(UIImagePNGRepresentation(image));
+}
+
+TEST_F(Pictures, OfAFileThatCannotBeDecodedAreNull)
+{
+    Phone::current().images = std::make_shared<ImagesWithoutPixels>();
+    phone.writeFile("/picture.png", { 1 });
+    EXPECT_TRUE(UIImage::imageWithData({ 1 }));
+    EXPECT_FALSE(UIImage::imageWithContentsOfFile("/picture.png"));
+}
+
+TEST_F(Pictures, OfAppsAreLookedUpWhenTheyAreFirstDrawn)
+{
+    const auto icons = std::make_shared<OnePixelIcons>();
+    Phone::current().appIcons = icons;
+    const auto image = UIImage::imageWithIconOfApp("org.example.App", 3);
+    ASSERT_TRUE(image);
+    EXPECT_EQ(image->size(), (CGSize { 29, 29 }));
+    EXPECT_EQ(image->scale(), 3);
+    EXPECT_EQ(icons->requests, Strings {});
+    EXPECT_EQ(mapOf(*image), "r\n");
+    EXPECT_EQ(mapOf(*image), "r\n");
+    EXPECT_EQ(mapOf(*image->imageWithRenderingMode(UIImageRenderingMode::AlwaysTemplate)), "r\n");
+    EXPECT_EQ(icons->requests, Strings { "org.example.App 29 3" });
+}
+
+TEST_F(Pictures, OfAppsThatCannotBeDrawnAreNotTriedAgain)
+{
+    const auto icons = std::make_shared<OnePixelIcons>();
+    icons->hasIcons = false;
+    Phone::current().appIcons = icons;
+    const auto image = UIImage::imageWithIconOfApp("org.example.App", 2);
+    EXPECT_FALSE(image->bitmap());
+    EXPECT_FALSE(image->bitmap());
+    EXPECT_EQ(icons->requests.size(), 1U);
+}
+
+TEST_F(Pictures, OfAppsAreNullOnAPhoneWithoutIcons)
+{
+    EXPECT_FALSE(UIImage::imageWithIconOfApp("org.example.App", 2));
+    Phone::current().appIcons = std::make_shared<OnePixelIcons>();
+    EXPECT_FALSE(UIImage::imageWithIconOfApp("", 2));
+    const auto image = UIImage::imageWithIconOfApp("org.example.App", 2);
+    Phone::current().appIcons = nullptr;
+    EXPECT_FALSE(image->bitmap());
 }
 
 TEST_F(Pictures, AreDecodedOnce)

@@ -63,6 +63,29 @@ TEST_F(KeyedArchives, BringAnImageBackWithItsPixelsAndItsScale)
     EXPECT_EQ(image->bitmap()->rgba, quarters()->bitmap()->rgba);
 }
 
+TEST_F(KeyedArchives, BringAnIconOfAnAppBackWithoutDrawingIt)
+{
+    /// Fails the test when it is asked for an icon.
+    class UnusedIcons final : public AppIcons {
+        std::shared_ptr<const Bitmap> icon(const std::string& app, double, double) override
+        {
+            ADD_FAILURE() << app;
+            return nullptr;
+        }
+    };
+    Phone::current().appIcons = std::make_shared<UnusedIcons>();
+    const Value icon = UIImage::imageWithIconOfApp("org.example.App", 3);
+    const auto again = roundTrip(icon).as<UIImage>();
+    ASSERT_TRUE(again);
+    EXPECT_EQ(again->app(), "org.example.App");
+    EXPECT_EQ(again->size(), (CGSize { 29, 29 }));
+    EXPECT_EQ(again->scale(), 3);
+    const auto archive = NSKeyedArchiver::archivedDataWithRootObject(icon);
+    Phone::current().appIcons = nullptr;
+    ASSERT_TRUE(archive);
+    EXPECT_TRUE(NSKeyedUnarchiver::unarchiveObjectWithData(*archive).isNull());
+}
+
 TEST_F(KeyedArchives, BringPlainValuesBack)
 {
     for (const Value& value : { Value("text"), Value(""), Value("$null"), Value(-5), Value(18446744073709551611UL),

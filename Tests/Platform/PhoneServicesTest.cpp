@@ -68,8 +68,8 @@ TEST_F(PhoneServices, PhoneThatWasNeverSetHasNoServices)
     Phone::setCurrent({});
     const Phone& bare = Phone::current();
     EXPECT_FALSE(bare.files || bare.propertyLists || bare.images || bare.systemLog || bare.darwinNotifications
-        || bare.pairedDevices || bare.subscriptions || bare.homeScreen || bare.appearance || bare.textMeasure
-        || bare.mail || bare.links);
+        || bare.pairedDevices || bare.subscriptions || bare.homeScreen || bare.appIcons || bare.appearance
+        || bare.textMeasure || bare.mail || bare.links);
     EXPECT_EQ(bare.screenScale, 2);
     EXPECT_TRUE(bare.languages.empty());
 }

@@ -82,6 +82,34 @@ TEST_F(CarrierLogos, FileThatIsNoPictureIsPassedOver)
     EXPECT_TRUE(hasDefaultImageSetup(key));
 }
 
+TEST_F(CarrierLogos, LogosThatAreCutOffArePassedOver)
+{
+    put(placeholder, 3);
+    const Bytes whole = phone.png(20, 20);
+    const auto cutOff = [&whole](std::size_t length) {
+        return Bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length));
+    };
+    for (std::size_t length = 0; length < whole.size(); ++length) {
+        put(pathOf("alpha"), 2);
+        phone.writeFile(pathOf(key), cutOff(length));
+        EXPECT_EQ(widthFor("Alpha"), 2) << length;
+        phone.writeFile(pathOf("alpha"), cutOff(length));
+        EXPECT_EQ(widthFor("Alpha"), 3) << length;
+        EXPECT_TRUE(hasDefaultImageSetup(key));
+    }
+}
+
+TEST_F(CarrierLogos, LogoWhosePixelsAreDamagedIsPassedOver)
+{
+    put(pathOf("alpha"), 2);
+    Bytes damaged = phone.png(20, 20);
+    // In the middle of the pixels, which are the longest part of the file.
+    damaged.at(damaged.size() / 2) ^= 0xFF;
+    phone.writeFile(pathOf(key), damaged);
+    EXPECT_EQ(widthFor("Alpha"), 2);
+    EXPECT_TRUE(hasDefaultImageSetup(key));
+}
+
 TEST_F(CarrierLogos, ZeroByteFileCountsAsALogo)
 {
     EXPECT_FALSE(hasDefaultImageSetup(key));

@@ -102,7 +102,7 @@ TestPhone::TestPhone(const Class& classOfModule)
     Phone phone;
     phone.propertyLists = std::make_shared<StoredPropertyLists>();
     phone.files = files;
-    phone.images = std::make_shared<QtImages>();
+    phone.images = std::make_shared<ModuleImages>();
     phone.systemLog = log;
     phone.darwinNotifications = notifications;
     phone.pairedDevices = devices;
@@ -177,7 +177,7 @@ void TestPhone::translate(const std::string& language, const Dictionary& texts)
 Bytes TestPhone::png(int width, int height) const
 {
     Bitmap bitmap { width, height, Bytes(static_cast<std::size_t>(width) * height * 4, 0xFF) };
-    return QtImages().encodePng(bitmap).value_or(Bytes());
+    return ModuleImages().encodePng(bitmap).value_or(Bytes());
 }
 
 void TestPhone::installApp(const std::string& bundleIdentifier)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Pictures/QtImages.h"
+#include "Pictures/ModuleImages.h"
 #include "PreferencesUI/PSListController.h"
 #include "Storage/DiskFiles.h"
 #include "Storage/StoredPropertyLists.h"

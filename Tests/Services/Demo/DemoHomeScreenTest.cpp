@@ -1,6 +1,6 @@
 #include "DemoFolder.h"
 #include "Foundation/NSKeyedArchiver.h"
-#include "Pictures/QtImages.h"
+#include "Pictures/ModuleImages.h"
 #include "Storage/StoredPropertyLists.h"
 #include "UIKit/UIImage.h"
 
@@ -25,7 +25,7 @@ protected:
     {
         Phone phone = open(text)->phone();
         phone.propertyLists = std::make_shared<StoredPropertyLists>();
-        phone.images = std::make_shared<QtImages>();
+        phone.images = std::make_shared<ModuleImages>();
         Phone::setCurrent(phone);
     }
 

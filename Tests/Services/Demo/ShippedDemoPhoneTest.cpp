@@ -1,6 +1,6 @@
 #include "DemoFolder.h"
 #include "Foundation/NSKeyedArchiver.h"
-#include "Pictures/QtImages.h"
+#include "Pictures/ModuleImages.h"
 #include "Storage/StoredPropertyLists.h"
 #include "UIKit/UIImage.h"
 
@@ -31,7 +31,7 @@ public:
         demo = std::move(*opened);
         Phone phone = demo->phone();
         phone.propertyLists = std::make_shared<StoredPropertyLists>();
-        phone.images = std::make_shared<QtImages>();
+        phone.images = std::make_shared<ModuleImages>();
         Phone::setCurrent(phone);
     }
     ~ShippedDemoPhone() override { Phone::setCurrent({}); }
