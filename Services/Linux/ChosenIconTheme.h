@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Linux/PortalSettings.h"
+#include "Linux/Desktop/PortalSettings.h"
 #include "Linux/WaitBudget.h"
 
 /// The icon theme that the user chose for the desktop: the one that the portal tells of, else the one in the settings

@@ -4,9 +4,9 @@
 #include "Linux/ChosenIconTheme.h"
 #include "Linux/DesktopHomeScreen.h"
 #include "Linux/LinuxSubscriptions.h"
-#include "Linux/PortalLinks.h"
-#include "Linux/PortalMail.h"
-#include "Linux/SyslogLog.h"
+#include "Linux/Desktop/PortalLinks.h"
+#include "Linux/Desktop/PortalMail.h"
+#include "Linux/Desktop/SyslogLog.h"
 #include "Linux/UserFolders.h"
 
 #include <QGuiApplication>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Linux/BusNotifications.h"
-#include "Linux/PortalAppearance.h"
+#include "Linux/Desktop/BusNotifications.h"
+#include "Linux/Desktop/PortalAppearance.h"
 #include "Phone/Phone.h"
 
 #include <functional>

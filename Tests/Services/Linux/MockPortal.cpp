@@ -1,6 +1,6 @@
 #include "MockPortal.h"
 
-#include "Linux/Portal.h"
+#include "Linux/Desktop/Portal.h"
 
 #include <QDBusMetaType>
 #include <QDeadlineTimer>

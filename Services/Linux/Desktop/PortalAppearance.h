@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Linux/PortalSettings.h"
+#include "Linux/Desktop/PortalSettings.h"
 #include "Phone/Appearance.h"
 
 #include <functional>

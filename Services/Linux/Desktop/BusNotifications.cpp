@@ -1,4 +1,4 @@
-#include "Linux/BusNotifications.h"
+#include "Linux/Desktop/BusNotifications.h"
 
 #include <QRegularExpression>
 

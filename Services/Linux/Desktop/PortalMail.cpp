@@ -1,8 +1,8 @@
-#include "Linux/PortalMail.h"
+#include "Linux/Desktop/PortalMail.h"
 
-#include "Linux/MailProgram.h"
-#include "Linux/Portal.h"
-#include "Linux/PortalRequest.h"
+#include "Linux/Desktop/MailProgram.h"
+#include "Linux/Desktop/Portal.h"
+#include "Linux/Desktop/PortalRequest.h"
 
 #include <QDBusMetaType>
 #include <QDBusUnixFileDescriptor>

@@ -1,4 +1,4 @@
-#include "Linux/MailProgram.h"
+#include "Linux/Desktop/MailProgram.h"
 
 #include <QStandardPaths>
 #include <QThread>

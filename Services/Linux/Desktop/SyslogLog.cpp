@@ -1,4 +1,4 @@
-#include "Linux/SyslogLog.h"
+#include "Linux/Desktop/SyslogLog.h"
 
 #include <cstring>
 #include <sys/socket.h>

@@ -1,6 +1,6 @@
-#include "Linux/PortalSettings.h"
+#include "Linux/Desktop/PortalSettings.h"
 
-#include "Linux/Portal.h"
+#include "Linux/Desktop/Portal.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>

@@ -1,7 +1,7 @@
-#include "Linux/PortalLinks.h"
+#include "Linux/Desktop/PortalLinks.h"
 
-#include "Linux/Portal.h"
-#include "Linux/PortalRequest.h"
+#include "Linux/Desktop/Portal.h"
+#include "Linux/Desktop/PortalRequest.h"
 
 #include <QVariantMap>
 

@@ -1,4 +1,4 @@
-#include "Linux/PortalAppearance.h"
+#include "Linux/Desktop/PortalAppearance.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "Linux/PortalMail.h"
+#include "Linux/Desktop/PortalMail.h"
 
 #include "TemporaryDirectory.h"
 

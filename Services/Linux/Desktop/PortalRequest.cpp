@@ -1,6 +1,6 @@
-#include "Linux/PortalRequest.h"
+#include "Linux/Desktop/PortalRequest.h"
 
-#include "Linux/Portal.h"
+#include "Linux/Desktop/Portal.h"
 
 #include <QDBusError>
 #include <QDBusObjectPath>
