@@ -1,6 +1,7 @@
 #include "Linux/Bus/Bus.h"
 
 #include "Linux/Bus/BusAddress.h"
+#include "Linux/Bus/FirstWait.h"
 
 #include <algorithm>
 #include <gio/gio.h>
@@ -82,6 +83,14 @@ BusReply replyIn(GDBusMessage& message)
     return reply;
 }
 
+/// A bus that is not reached by a local socket carries no files. GIO would give the connection up over a message that
+/// has some.
+bool canCarry(GDBusConnection& connection, GDBusMessage& message)
+{
+    const auto capabilities = g_dbus_connection_get_capabilities(&connection);
+    return !g_dbus_message_get_unix_fd_list(&message) || (capabilities & G_DBUS_CAPABILITY_FLAGS_UNIX_FD_PASSING) != 0;
+}
+
 /// What GIO keeps for a callback, which may come after all that it is about has gone.
 template <typename Target>
 gpointer weakly(const std::shared_ptr<Target>& target)
@@ -160,11 +169,11 @@ public:
             nullptr, call->_cancellable.get(), end, weakly(call));
     }
 
-    static void failLater(const std::shared_ptr<Call>& call, BusContext& context)
+    static void failLater(const std::shared_ptr<Call>& call, BusContext& context, const char* error)
     {
-        call->_failing = context.callLater(std::chrono::milliseconds(0), [weak = std::weak_ptr(call)] {
+        call->_failing = context.callLater(std::chrono::milliseconds(0), [weak = std::weak_ptr(call), error] {
             if (const auto failing = weak.lock())
-                failing->finish({ {}, BusReply::disconnected, {} });
+                failing->finish({ {}, error, {} });
         });
     }
 
@@ -188,6 +197,34 @@ private:
     ReplyHandler _handler;
     gint _patience;
     BusHandle _failing;
+    std::shared_ptr<GCancellable> _cancellable = owned(g_cancellable_new());
+};
+
+/// What waits until all that was sent has been written. GIO does that on a thread of its own.
+class Bus::Flush {
+public:
+    explicit Flush(std::function<void()> handler)
+        : _handler(std::move(handler))
+    {
+    }
+    Flush(const Flush&) = delete;
+    Flush& operator=(const Flush&) = delete;
+    ~Flush() { g_cancellable_cancel(_cancellable.get()); }
+
+    static void begin(const std::shared_ptr<Flush>& flush, GDBusConnection* connection)
+    {
+        g_dbus_connection_flush(connection, flush->_cancellable.get(), end, weakly(flush));
+    }
+
+private:
+    static void end(GObject* connection, GAsyncResult* result, gpointer weak) noexcept
+    {
+        g_dbus_connection_flush_finish(G_DBUS_CONNECTION(connection), result, nullptr);
+        if (const auto flush = taken<Flush>(weak))
+            flush->_handler();
+    }
+
+    std::function<void()> _handler;
     std::shared_ptr<GCancellable> _cancellable = owned(g_cancellable_new());
 };
 
@@ -272,6 +309,7 @@ void Bus::begin()
         return;
     }
     _state = State::Opening;
+    _openingEnd = BusContext::Clock::now() + FirstWait::longest;
     const BusContext::Scope scope(*_context);
     _opening = std::make_shared<Opening>(*this);
     Opening::begin(_opening, _addresses);
@@ -349,12 +387,27 @@ void Bus::sendNow(const Outgoing& outgoing)
     const BusContext::Scope scope(*_context);
     const auto call = outgoing.call ? outgoing.call->lock() : nullptr;
     if (call && !_connection)
-        Call::failLater(call, *_context);
+        Call::failLater(call, *_context, BusReply::disconnected);
+    else if (call && !canCarry(*_connection, *outgoing.message))
+        Call::failLater(call, *_context, BusReply::failed);
     else if (call)
         Call::begin(call, _connection.get(), outgoing.message.get());
     else if (!outgoing.call && _connection)
         g_dbus_connection_send_message(
             _connection.get(), outgoing.message.get(), G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr, nullptr);
+}
+
+std::string Bus::ownName() const
+{
+    return _connection ? textOrEmpty(g_dbus_connection_get_unique_name(_connection.get())) : "";
+}
+
+BusHandle Bus::whenSent(std::function<void()> handler)
+{
+    const BusContext::Scope scope(*_context);
+    const auto flush = std::make_shared<Flush>(std::move(handler));
+    Flush::begin(flush, _connection.get());
+    return flush;
 }
 
 BusHandle Bus::subscribe(BusSignalRule rule, SignalHandler handler)

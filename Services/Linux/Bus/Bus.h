@@ -24,7 +24,8 @@ struct BusRequest {
     std::string method;
     /// A tuple; nothing for a method without arguments.
     Variant arguments;
-    /// Open files, which arguments of the type "h" refer to by their places. They are duplicated.
+    /// Open files, which arguments of the type "h" refer to by their places. They are duplicated. A bus that carries no
+    /// files lets the request fail.
     std::vector<int> files;
     /// Whether the bus is to start a daemon that is not running.
     AutoStart autoStart = AutoStart::No;
@@ -97,11 +98,17 @@ public:
     /// Whether it is not known yet if the bus is there. This may take any time where a bus hangs.
     bool isOpening() const { return _state == State::Opening; }
     bool isConnected() const { return _connection != nullptr; }
+    /// From then on a bus that is still being opened is taken for one that hangs.
+    BusContext::Clock::time_point openingEnd() const { return _openingEnd; }
+    /// The name that the bus gave the connection; empty while there is none.
+    std::string ownName() const;
 
     /// Sends the request, or keeps it until the bus has been opened. Dropping the handle gives the reply up.
     [[nodiscard]] BusHandle call(const BusRequest& request, ReplyHandler handler);
     /// Sends a signal to whoever listens, or keeps it until the bus has been opened; it is lost when there is no bus.
     void sendSignal(const std::string& path, const std::string& interface, const std::string& member, Variant values);
+    /// Hears when all that was given to the connection has left the process, or is lost. There must be a connection.
+    [[nodiscard]] BusHandle whenSent(std::function<void()> handler);
     /// Hears signals, on every later connection too.
     [[nodiscard]] BusHandle subscribe(BusSignalRule rule, SignalHandler handler);
     /// Hears of changes of the owner of a daemon's name. A bus that goes away leaves the name without one.
@@ -114,6 +121,7 @@ public:
 private:
     class Opening;
     class Call;
+    class Flush;
     class Subscription;
     using Observers = std::vector<std::weak_ptr<std::function<void()>>>;
 
@@ -136,6 +144,7 @@ private:
     std::shared_ptr<BusContext> _context;
     std::string _addresses;
     State _state = State::Unused;
+    BusContext::Clock::time_point _openingEnd;
     std::shared_ptr<Opening> _opening;
     std::shared_ptr<_GDBusConnection> _connection;
     std::vector<Outgoing> _outbox;

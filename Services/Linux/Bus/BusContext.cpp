@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <csignal>
 #include <gio/gio.h>
+#include <glib-unix.h>
 #include <limits>
 #include <utility>
 
@@ -59,6 +60,36 @@ private:
     std::function<void()> _act;
 };
 
+/// Whether there is something to read from a descriptor.
+class Input {
+public:
+    Input(GMainContext* context, int descriptor)
+        : _source(g_unix_fd_source_new(descriptor, G_IO_IN))
+    {
+        g_source_set_callback(_source, G_SOURCE_FUNC(come), this, nullptr);
+        g_source_attach(_source, context);
+    }
+    Input(const Input&) = delete;
+    Input& operator=(const Input&) = delete;
+    ~Input()
+    {
+        g_source_destroy(_source);
+        g_source_unref(_source);
+    }
+
+    bool hasCome() const { return _hasCome; }
+
+private:
+    static gboolean come(gint /*descriptor*/, GIOCondition /*condition*/, gpointer input) noexcept
+    {
+        static_cast<Input*>(input)->_hasCome = true;
+        return G_SOURCE_REMOVE;
+    }
+
+    GSource* _source;
+    bool _hasCome = false;
+};
+
 std::optional<Milliseconds> durationOf(gint timeout)
 {
     return timeout < 0 ? std::nullopt : std::optional(Milliseconds(timeout));
@@ -95,6 +126,19 @@ void BusContext::takeIn()
     const auto end = Clock::now() + longestTakeIn;
     while (g_main_context_iteration(_context.get(), false) && Clock::now() < end) { }
     deliverNews();
+}
+
+void BusContext::takeInNext()
+{
+    g_main_context_iteration(_context.get(), true);
+    takeIn();
+}
+
+void BusContext::waitUntilReadable(int descriptor)
+{
+    const Input input(_context.get(), descriptor);
+    while (!input.hasCome())
+        g_main_context_iteration(_context.get(), true);
 }
 
 void BusContext::deliverNews()

@@ -51,6 +51,10 @@ public:
     /// Handles what has come, without waiting, and then delivers the news. What comes faster than it can be handled is
     /// left for the next time.
     void takeIn();
+    /// Waits until something has come, and takes it in.
+    void takeInNext();
+    /// Handles what comes until something can be read from the descriptor, or it has ended. Delivers no news.
+    void waitUntilReadable(int descriptor);
     /// Handles what comes until that is so; false when it is not so at the end. Delivers no news.
     bool waitUntil(const std::function<bool()>& isSo, Clock::time_point end);
 
