@@ -181,8 +181,13 @@ HostSession::TurnEnd::~TurnEnd()
         file.keepGoodCopy();
     file.unlock();
     UIGraphicsDrainImageContexts();
-    if (session._linuxPhone)
-        session._linuxPhone->endTurn();
+}
+
+void HostSession::waitUntilReadable(int descriptor)
+{
+    // Reading waits too.
+    if (_linuxPhone)
+        _linuxPhone->waitUntilReadable(descriptor);
 }
 
 void HostSession::catchUp()

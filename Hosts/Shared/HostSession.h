@@ -39,6 +39,10 @@ public:
     /// the caller.
     std::optional<std::string> turn(const std::function<void()>& act);
 
+    /// Waits until there is something to read from the descriptor, or it has ended, for a host whose events come from
+    /// there. What the machine's services have to do meanwhile is done.
+    void waitUntilReadable(int descriptor);
+
     UINavigationController& navigation() { return *_navigation; }
     std::shared_ptr<PSListController> rootPage() const { return _root; }
     /// Null on another phone.

@@ -35,8 +35,7 @@ std::array<SettingsFile, 3> filesInOrder()
 
 QString chosenIconTheme(PortalSettings& portal, WaitBudget& budget)
 {
-    // The portal counts what it takes.
-    const QString told = textOf(portal.group(PortalSettings::interfaceGroup), portalKey);
+    const QString told = QString::fromStdString(textOf(portal.group(PortalSettings::interfaceGroup), portalKey));
     if (!told.isEmpty())
         return told;
     const CountedTime counted(budget);

@@ -1,12 +1,13 @@
 #include "Linux/LinuxPhone.h"
 
 #include "Linux/BluezDevices.h"
+#include "Linux/Bus/BusAddress.h"
 #include "Linux/ChosenIconTheme.h"
-#include "Linux/DesktopHomeScreen.h"
-#include "Linux/LinuxSubscriptions.h"
 #include "Linux/Desktop/PortalLinks.h"
 #include "Linux/Desktop/PortalMail.h"
 #include "Linux/Desktop/SyslogLog.h"
+#include "Linux/DesktopHomeScreen.h"
+#include "Linux/LinuxSubscriptions.h"
 #include "Linux/UserFolders.h"
 
 #include <QGuiApplication>
@@ -50,12 +51,14 @@ std::unique_ptr<QCoreApplication> windowlessApplication()
 
 LinuxPhone::LinuxPhone(HostPath hostPath)
     : _application(windowlessApplication())
+    , _sessionBus(std::make_shared<Bus>(_context, sessionBusAddress()))
+    , _notifications(std::make_shared<BusNotifications>(_sessionBus))
+    , _requests(std::make_shared<DesktopRequests>(_sessionBus))
 {
     // Only the pages of devices and SIMs need it.
     const auto system = std::make_shared<BusTalks>(BusCaller(systemBus, _budget));
-    const BusCaller session(sessionBus, _budget);
-    _notifications = std::make_shared<BusNotifications>(session);
-    const auto settings = std::make_shared<PortalSettings>(session);
+    const auto settings = std::make_shared<PortalSettings>(_sessionBus, std::make_shared<FirstWait>(_context));
+    settings->ask();
     _appearance = std::make_shared<PortalAppearance>(settings);
 
     _phone.systemLog = std::make_shared<SyslogLog>();
@@ -73,14 +76,13 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
     _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
         dataFolders(), [settings, budget = _budget] { return chosenIconTheme(*settings, *budget); }, _budget);
     _phone.appearance = _appearance;
-    const auto acts = std::make_shared<BackgroundActs>(_budget);
-    _phone.mail = std::make_shared<PortalMail>(session, acts, std::move(hostPath));
-    _phone.links = std::make_shared<PortalLinks>(session, acts);
+    _phone.mail = std::make_shared<PortalMail>(_requests, std::move(hostPath));
+    _phone.links = std::make_shared<PortalLinks>(_requests);
 }
 
 LinuxPhone::~LinuxPhone()
 {
-    _budget->renew();
+    _requests->finish();
     _notifications->flush();
 }
 
@@ -90,9 +92,11 @@ void LinuxPhone::beginTurn()
     // A program with an event loop of its own has taken it in already.
     if (_application)
         QCoreApplication::processEvents();
+    _context->takeIn();
+    _sessionBus->reopen();
 }
 
-void LinuxPhone::endTurn()
+void LinuxPhone::waitUntilReadable(int descriptor)
 {
-    _notifications->flush();
+    _context->waitUntilReadable(descriptor);
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Linux/Desktop/BusNotifications.h"
+#include "Linux/Desktop/DesktopRequests.h"
 #include "Linux/Desktop/PortalAppearance.h"
+#include "Linux/WaitBudget.h"
 #include "Phone/Phone.h"
 
 #include <functional>
@@ -28,20 +30,23 @@ public:
     /// Without property lists, files, images and text measure, which the caller adds.
     Phone phone() const { return _phone; }
 
-    /// Called from the event loop of the main thread after something that the phone's appearance tells has changed.
+    /// Called by `beginTurn` after something that the phone's appearance tells has changed.
     void setAppearanceObserver(std::function<void()> observer) { _appearance->setObserver(std::move(observer)); }
 
     /// To be called before the pages are given an event: takes in what has come meanwhile, and lets daemons that have
     /// failed be asked again.
     void beginTurn();
-    /// To be called after it: what was posted has left the process, unless the daemons have taken all the time of the
-    /// turn; it leaves in a later turn then, or at the end.
-    void endTurn();
+    /// Handles what comes from the buses until there is something to read from the descriptor, or it has ended. The
+    /// pages learn of it in the next turn.
+    void waitUntilReadable(int descriptor);
 
 private:
     std::unique_ptr<QCoreApplication> _application;
     std::shared_ptr<WaitBudget> _budget = std::make_shared<WaitBudget>();
+    std::shared_ptr<BusContext> _context = std::make_shared<BusContext>();
+    std::shared_ptr<Bus> _sessionBus;
     std::shared_ptr<BusNotifications> _notifications;
+    std::shared_ptr<DesktopRequests> _requests;
     std::shared_ptr<PortalAppearance> _appearance;
     Phone _phone;
 };

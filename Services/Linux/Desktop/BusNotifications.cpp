@@ -1,143 +1,124 @@
 #include "Linux/Desktop/BusNotifications.h"
 
-#include <QRegularExpression>
+#include "Linux/Bus/FirstWait.h"
+
+#include <algorithm>
+#include <cstdint>
 
 namespace {
 
 constexpr const char* path = "/com/vexil/DarwinNotifications";
 constexpr const char* interface = "com.vexil.DarwinNotifications";
 constexpr const char* signalName = "Posted";
-constexpr const char* signature = "s";
-/// What stands in a match rule as it is, and is short enough for one. "$" would let a line break through at the end.
-constexpr const char* selectableName = R"(^[A-Za-z0-9._+-]{1,255}\z)";
+constexpr const char* signalType = "(s)";
 
-constexpr const char* busService = "org.freedesktop.DBus";
-constexpr const char* busPath = "/org/freedesktop/DBus";
-constexpr const char* localPath = "/org/freedesktop/DBus/Local";
-constexpr const char* localInterface = "org.freedesktop.DBus.Local";
+/// Each process has a name of its own, made of the one that the bus gave its connection, as several post at once and
+/// only one could own a common one. The bus of a sandbox tells by these names whose signals it lets through.
+constexpr const char* posterNames = "com.vexil.Tandem.Notifications.c";
+constexpr std::uint32_t withoutQueue = 4;
 
-bool canBeSelected(const QString& name)
+constexpr std::string_view plainSigns = "._+-";
+constexpr std::size_t longestPlainName = 255;
+
+bool isPlain(char character)
 {
-    static const QRegularExpression pattern { QLatin1String(selectableName) };
-    return pattern.match(name).hasMatch();
+    const bool isDigit = character >= '0' && character <= '9';
+    const bool isUpper = character >= 'A' && character <= 'Z';
+    const bool isLower = character >= 'a' && character <= 'z';
+    return isDigit || isUpper || isLower || plainSigns.find(character) != std::string_view::npos;
+}
+
+/// Whether it can stand in a match rule as it is, and is short enough for one.
+bool canBeSelected(const std::string& name)
+{
+    return !name.empty() && name.size() <= longestPlainName && std::ranges::all_of(name, isPlain);
+}
+
+/// For the connection ":1.42", what ends in "c1_42".
+std::string posterName(std::string connection)
+{
+    connection.erase(0, 1);
+    std::ranges::replace(connection, '.', '_');
+    return posterNames + connection;
 }
 
 } // namespace
 
-BusNotifications::BusNotifications(BusCaller sessionBus)
+BusNotifications::BusNotifications(std::shared_ptr<Bus> sessionBus)
     : _bus(std::move(sessionBus))
-    , _asked(_bus.bus())
 {
-    watchForLoss();
+    // Before what is kept for the connection leaves.
+    _connected = _bus->whenConnected([this] {
+        if (_isPoster)
+            claimName();
+    });
 }
 
-QDBusConnection BusNotifications::connection()
+void BusNotifications::claimName()
 {
-    QDBusConnection bus = _bus.bus();
-    // The one that was asked is kept, so no other can have its address.
-    if (bus.internalPointer() == _asked.internalPointer())
-        return bus;
-    _asked = bus;
-    watchForLoss();
-    for (const auto& [name, handlers] : _observers)
-        select(name);
-    if (_listensToAll)
-        selectAll();
-    return bus;
-}
-
-void BusNotifications::watchForLoss()
-{
-    _asked.connect(QString(), QLatin1String(localPath), QLatin1String(localInterface), QStringLiteral("Disconnected"),
-        this, SLOT(loseBus()));
-}
-
-void BusNotifications::select(const std::string& name)
-{
-    _asked.connect(QString(), QLatin1String(path), QLatin1String(interface), QLatin1String(signalName),
-        { QString::fromStdString(name) }, QLatin1String(signature), this, SLOT(receive(QString)));
-    _isFlushed = false;
-}
-
-void BusNotifications::selectAll()
-{
-    _asked.connect(QString(), QLatin1String(path), QLatin1String(interface), QLatin1String(signalName), {},
-        QLatin1String(signature), this, SLOT(receiveAny(QString)));
-    _isFlushed = false;
+    const Variant arguments =
+        Variant::ofTuple({ Variant::ofText(posterName(_bus->ownName())), Variant::ofUnsigned(withoutQueue) });
+    // A sandbox may refuse the name; the signals are sent all the same.
+    _claim = _bus->call(requestToBus("RequestName", arguments), [](const BusReply&) {});
 }
 
 void BusNotifications::post(const std::string& name)
 {
-    QDBusMessage notification =
-        QDBusMessage::createSignal(QLatin1String(path), QLatin1String(interface), QLatin1String(signalName));
-    notification << QString::fromStdString(name);
-    const QDBusConnection bus = connection();
-    if (bus.isConnected() && bus.send(notification))
-        _isFlushed = false;
+    if (!std::exchange(_isPoster, true) && _bus->isConnected())
+        claimName();
+    _bus->sendSignal(path, interface, signalName, Variant::ofTuple({ Variant::ofText(name) }));
+    _isFlushed = false;
 }
 
 void BusNotifications::addObserver(const std::string& name, Handler handler)
 {
-    if (!canBeSelected(QString::fromStdString(name))) {
-        addObserverOfAll([name, handler = std::move(handler)](const std::string& posted) {
-            if (posted == name)
-                handler(posted);
-        });
+    if (!handler)
+        return;
+    if (canBeSelected(name)) {
+        observe(name, std::move(handler));
         return;
     }
-    std::vector<Handler>& handlers = _observers[name];
-    handlers.push_back(std::move(handler));
-    if (handlers.size() == 1)
-        select(name);
+    observe({}, [name, handler = std::move(handler)](const std::string& posted) {
+        if (posted == name)
+            handler(posted);
+    });
 }
 
-void BusNotifications::addObserverOfAll(Handler handler)
+void BusNotifications::observe(const std::string& selected, Handler handler)
 {
-    _observersOfAll.push_back(std::move(handler));
-    if (!std::exchange(_listensToAll, true))
-        selectAll();
+    if (!handler)
+        return;
+    _bus->open();
+    _subscriptions.push_back(_bus->subscribe({ {}, path, interface, signalName, selected },
+        [this, shared = std::make_shared<const Handler>(std::move(handler))](
+            const BusSignal& heard) { receive(shared, heard); }));
 }
 
 void BusNotifications::flush()
 {
-    // What a bus that is gone has not got by now, it will not get.
-    if (_isFlushed || !_asked.isConnected()) {
-        _isFlushed = true;
+    if (std::exchange(_isFlushed, true))
         return;
-    }
-    const QDBusMessage reply = _bus.call(QDBusMessage::createMethodCall(
-        QLatin1String(busService), QLatin1String(busPath), QLatin1String(busService), QStringLiteral("GetId")));
-    _isFlushed = reply.type() == QDBusMessage::ReplyMessage;
-}
-
-void BusNotifications::receive(const QString& name)
-{
-    const std::string text = name.toStdString();
-    const auto observers = _observers.find(text);
-    if (observers == _observers.end())
+    BusContext& context = _bus->context();
+    context.waitUntil([this] { return !_bus->isOpening(); }, _bus->openingEnd());
+    if (!_bus->isConnected())
         return;
-    // Observers that are added meanwhile begin with the next one.
-    const std::size_t count = observers->second.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        const Handler handler = observers->second[i];
-        if (handler)
-            handler(text);
-    }
+    bool isSent = false;
+    const auto sending = _bus->whenSent([&isSent] { isSent = true; });
+    context.waitUntil([&isSent] { return isSent; }, BusContext::Clock::now() + FirstWait::longest);
 }
 
-void BusNotifications::receiveAny(const QString& name)
+void BusNotifications::receive(const SharedHandler& handler, const BusSignal& heard)
 {
-    const std::string text = name.toStdString();
-    const std::size_t count = _observersOfAll.size();
-    for (std::size_t i = 0; i < count; ++i) {
-        const Handler handler = _observersOfAll[i];
-        if (handler)
-            handler(text);
-    }
+    if (!heard.values.is(signalType))
+        return;
+    _received.emplace_back(handler, *heard.values[0].text());
+    if (!_news)
+        _news = _bus->context().tell([this] { deliver(); });
 }
 
-void BusNotifications::loseBus()
+void BusNotifications::deliver()
 {
-    if (_lostHandler)
-        _lostHandler();
+    _news = nullptr;
+    for (const auto& [handler, name] : std::exchange(_received, {}))
+        (*handler)(name);
 }

@@ -1,9 +1,7 @@
 #pragma once
 
+#include "Linux/Desktop/DesktopProgram.h"
 #include "Phone/Mail.h"
 
-#include <QStringList>
-
-/// Has xdg-email show the draft with those files attached, and waits a few seconds for what it says: false when it is
-/// not installed or fails. One that goes on is showing the draft.
-bool runMailProgram(const MailDraft& draft, const QStringList& files);
+/// What has xdg-email show the draft with those files of this machine attached; nothing where it is not installed.
+ProgramCommand mailCommand(const MailDraft& draft, const std::vector<std::string>& files);

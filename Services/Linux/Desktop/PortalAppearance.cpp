@@ -2,24 +2,25 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace {
 
 constexpr const char* colorScheme = "color-scheme";
-constexpr qlonglong preferDark = 1;
+constexpr std::int64_t preferDark = 1;
 constexpr const char* reducedMotion = "reduced-motion";
-constexpr qlonglong preferReduced = 1;
+constexpr std::int64_t preferReduced = 1;
 /// How desktops said it before there was a setting of all desktops.
 constexpr const char* animations = "enable-animations";
 constexpr const char* textScaling = "text-scaling-factor";
+constexpr double usualText = 1;
 constexpr double smallestText = 0.5;
 constexpr double largestText = 3;
 
-double textScaleIn(const QVariantMap& settings)
+double textScaleIn(const BusProperties& settings)
 {
-    const QVariant scale = unwrapped(settings.value(QLatin1String(textScaling)));
-    const bool isNumber = scale.typeId() == QMetaType::Double && std::isfinite(scale.toDouble());
-    return isNumber ? std::clamp(scale.toDouble(), smallestText, largestText) : 1;
+    const double scale = realOf(settings, textScaling).value_or(usualText);
+    return std::isfinite(scale) ? std::clamp(scale, smallestText, largestText) : usualText;
 }
 
 } // namespace
@@ -32,8 +33,8 @@ PortalAppearance::PortalAppearance(std::shared_ptr<PortalSettings> settings)
 
 PortalAppearance::Looks PortalAppearance::read() const
 {
-    const QVariantMap appearance = _settings->group(PortalSettings::appearanceGroup);
-    const QVariantMap interface = _settings->group(PortalSettings::interfaceGroup);
+    const BusProperties& appearance = _settings->group(PortalSettings::appearanceGroup);
+    const BusProperties& interface = _settings->group(PortalSettings::interfaceGroup);
     return { numberOf(appearance, colorScheme) == preferDark, textScaleIn(interface),
         numberOf(appearance, reducedMotion) == preferReduced || isFalse(interface, animations) };
 }
@@ -47,6 +48,9 @@ const PortalAppearance::Looks& PortalAppearance::looks() const
 
 void PortalAppearance::update()
 {
+    // What nobody has asked for cannot have changed.
+    if (!_looks)
+        return;
     const Looks now = read();
     if (_looks == now)
         return;

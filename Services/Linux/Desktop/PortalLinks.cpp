@@ -1,9 +1,7 @@
 #include "Linux/Desktop/PortalLinks.h"
 
+#include "Linux/Desktop/Browser.h"
 #include "Linux/Desktop/Portal.h"
-#include "Linux/Desktop/PortalRequest.h"
-
-#include <QVariantMap>
 
 namespace {
 
@@ -11,18 +9,14 @@ constexpr const char* openUriInterface = "org.freedesktop.portal.OpenURI";
 
 }
 
-bool PortalLinks::open(const std::string& url)
+bool PortalLinks::open(const std::string& url, std::function<void()> onFailure)
 {
-    const bool isWebLink = url.starts_with("https://") || url.starts_with("http://");
-    const QDBusConnection bus = _bus.bus();
-    if (!isWebLink || !bus.isConnected())
+    if (!url.starts_with("https://") && !url.starts_with("http://"))
         return false;
-    QDBusMessage request = portalCall(openUriInterface, "OpenURI");
-    request << QString(QLatin1String(noParentWindow)) << QString::fromStdString(url) << QVariantMap();
-    return _acts->start(
-        [bus, request] {
-            const PortalOutcome outcome = PortalRequest(bus, request).outcome();
-            return outcome == PortalOutcome::Done || outcome == PortalOutcome::Cancelled;
-        },
-        nullptr);
+    const Variant arguments =
+        Variant::ofTuple({ Variant::ofText(noParentWindow), Variant::ofText(url), Variant::ofProperties({}) });
+    _requests->start(
+        portalRequest(openUriInterface, "OpenURI", arguments), [url] { return browserCommand(url); },
+        std::move(onFailure));
+    return true;
 }

@@ -1,22 +1,23 @@
 #pragma once
 
-#include "Linux/BackgroundActs.h"
-#include "Linux/BusCaller.h"
+#include "Linux/Desktop/DesktopRequests.h"
 #include "Phone/Links.h"
 
-/// Opens links by way of the OpenURI portal. Only http and https links are opened.
+#include <memory>
+#include <string>
+
+/// Opens links by way of the OpenURI portal or, where there is none or it refuses, in the browser that the user chose.
+/// Only http and https links are opened.
 class PortalLinks final : public Links {
 public:
-    PortalLinks(BusCaller sessionBus, std::shared_ptr<BackgroundActs> acts)
-        : _bus(std::move(sessionBus))
-        , _acts(std::move(acts))
+    explicit PortalLinks(std::shared_ptr<DesktopRequests> requests)
+        : _requests(std::move(requests))
     {
     }
 
     // Links
-    bool open(const std::string& url) override;
+    bool open(const std::string& url, std::function<void()> onFailure) override;
 
 private:
-    BusCaller _bus;
-    std::shared_ptr<BackgroundActs> _acts;
+    std::shared_ptr<DesktopRequests> _requests;
 };

@@ -2,56 +2,56 @@
 
 #include "Linux/Desktop/MailProgram.h"
 #include "Linux/Desktop/Portal.h"
-#include "Linux/Desktop/PortalRequest.h"
 
-#include <QDBusMetaType>
-#include <QDBusUnixFileDescriptor>
-#include <QVariantMap>
-
+#include <algorithm>
 #include <fcntl.h>
+#include <numeric>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
 constexpr const char* emailInterface = "org.freedesktop.portal.Email";
 
-using Descriptors = QList<QDBusUnixFileDescriptor>;
-
 /// Not waiting for who writes into it, where it is a pipe.
 constexpr int openFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
 
-bool isRegularFile(int descriptor)
-{
-    struct stat status { };
-    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-/// Nothing when one of them cannot be read or is no regular file.
-std::optional<Descriptors> opened(const QStringList& files)
-{
-    Descriptors descriptors;
-    for (const QString& file : files) {
-        const int descriptor = ::open(file.toLocal8Bit().constData(), openFlags);
-        if (descriptor < 0)
-            return std::nullopt;
-        QDBusUnixFileDescriptor owner;
-        owner.giveFileDescriptor(descriptor);
-        if (!isRegularFile(descriptor))
-            return std::nullopt;
-        descriptors.append(owner);
+/// Files that are open for reading.
+class OpenFiles {
+public:
+    explicit OpenFiles(const std::vector<std::string>& files)
+    {
+        for (const std::string& file : files)
+            _descriptors.push_back(::open(file.c_str(), openFlags));
     }
-    return descriptors;
-}
+    OpenFiles(const OpenFiles&) = delete;
+    OpenFiles& operator=(const OpenFiles&) = delete;
+    ~OpenFiles() { std::ranges::for_each(_descriptors, ::close); }
 
-QDBusMessage composeRequest(const MailDraft& draft, const Descriptors& attachments)
+    const std::vector<int>& descriptors() const { return _descriptors; }
+    /// Whether all of them can be read and are regular files.
+    bool areRegular() const { return std::ranges::all_of(_descriptors, isRegular); }
+
+private:
+    static bool isRegular(int descriptor)
+    {
+        struct stat status { };
+        return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    }
+
+    std::vector<int> _descriptors;
+};
+
+BusRequest composeRequest(const MailDraft& draft, const std::vector<int>& attachments)
 {
-    qDBusRegisterMetaType<Descriptors>();
-    QDBusMessage request = portalCall(emailInterface, "ComposeEmail");
-    request << QString(QLatin1String(noParentWindow))
-            << QVariantMap { { QStringLiteral("address"), QString::fromStdString(draft.recipient) },
-                   { QStringLiteral("subject"), QString::fromStdString(draft.subject) },
-                   { QStringLiteral("body"), QString::fromStdString(draft.body) },
-                   { QStringLiteral("attachment_fds"), QVariant::fromValue(attachments) } };
+    std::vector<std::int32_t> places(attachments.size());
+    std::iota(places.begin(), places.end(), 0);
+    const Variant options = Variant::ofProperties(
+        { { "address", Variant::ofText(draft.recipient) }, { "subject", Variant::ofText(draft.subject) },
+            { "body", Variant::ofText(draft.body) }, { "attachment_fds", Variant::ofFiles(places) } });
+    BusRequest request =
+        portalRequest(emailInterface, "ComposeEmail", Variant::ofTuple({ Variant::ofText(noParentWindow), options }));
+    request.files = attachments;
     return request;
 }
 
@@ -59,20 +59,13 @@ QDBusMessage composeRequest(const MailDraft& draft, const Descriptors& attachmen
 
 bool PortalMail::compose(const MailDraft& draft)
 {
-    QStringList files;
-    for (const std::string& attachment : draft.attachments)
-        files.append(QString::fromStdString(_hostPath(attachment)));
-    const auto attachments = opened(files);
-    if (!attachments)
+    std::vector<std::string> files;
+    std::ranges::transform(draft.attachments, std::back_inserter(files), _hostPath);
+    const OpenFiles attachments(files);
+    if (!attachments.areRegular())
         return false;
-    const QDBusMessage request = composeRequest(draft, *attachments);
-    return _acts->start(
-        [bus = _bus.bus(), request, draft, files] {
-            const auto outcome = bus.isConnected() ? PortalRequest(bus, request).outcome() : PortalOutcome::Refused;
-            if (outcome == PortalOutcome::Refused)
-                return runMailProgram(draft, files);
-            // One that has not told may still show the draft; a second one beside it would be one too many.
-            return outcome != PortalOutcome::Unknown;
-        },
+    _requests->start(
+        composeRequest(draft, attachments.descriptors()), [draft, files] { return mailCommand(draft, files); },
         draft.onFailure);
+    return true;
 }

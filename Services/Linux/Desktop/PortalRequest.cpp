@@ -2,96 +2,101 @@
 
 #include "Linux/Desktop/Portal.h"
 
-#include <QDBusError>
-#include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
-#include <QTimer>
+#include <algorithm>
+#include <chrono>
+#include <utility>
 
 namespace {
 
-constexpr const char* requestInterface = "org.freedesktop.portal.Request";
-constexpr const char* handleSignature = "o";
-constexpr const char* responseSignature = "ua{sv}";
-constexpr uint responseDone = 0;
-constexpr uint responseCancelled = 1;
-/// The bus gives a portal that is to be started about as long.
-constexpr int startMilliseconds = 30'000;
-/// The user may be asked which program it shall be.
-constexpr int userMilliseconds = 10 * 60'000;
+using Milliseconds = std::chrono::milliseconds;
 
-PortalOutcome outcomeOf(uint response)
+constexpr const char* requestInterface = "org.freedesktop.portal.Request";
+constexpr const char* handleType = "o";
+constexpr const char* responseType = "(ua{sv})";
+constexpr std::int64_t responseDone = 0;
+constexpr std::int64_t responseCancelled = 1;
+/// The bus gives a portal that is to be started about as long.
+constexpr std::chrono::seconds startPatience { 30 };
+/// The user may be asked which program it shall be.
+constexpr std::chrono::minutes userPatience { 10 };
+
+PortalOutcome outcomeOf(const BusSignal& response)
 {
-    if (response == responseDone)
+    if (!response.values.is(responseType))
+        return PortalOutcome::Unknown;
+    const auto number = response.values[0].number();
+    if (number == responseDone)
         return PortalOutcome::Done;
-    return response == responseCancelled ? PortalOutcome::Cancelled : PortalOutcome::Refused;
+    return number == responseCancelled ? PortalOutcome::Cancelled : PortalOutcome::Refused;
 }
 
 /// A portal that does not answer in time, or dies over it, may have done it all the same.
-PortalOutcome outcomeOf(const QDBusError& error)
+PortalOutcome outcomeOf(const std::string& error)
 {
-    switch (error.type()) {
-    case QDBusError::NoReply:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut:
-    case QDBusError::Disconnected:
-        return PortalOutcome::Unknown;
-    default:
-        return PortalOutcome::Refused;
-    }
+    const bool isUnknown = error == BusReply::noReply || error == BusReply::disconnected;
+    return isUnknown ? PortalOutcome::Unknown : PortalOutcome::Refused;
 }
 
 } // namespace
 
-PortalRequest::PortalRequest(QDBusConnection bus, QDBusMessage request)
-    : _bus(std::move(bus))
-    , _request(std::move(request))
+PortalRequest::PortalRequest(std::shared_ptr<Bus> sessionBus, BusRequest request, Handler handler)
+    : _bus(std::move(sessionBus))
+    , _handler(std::move(handler))
 {
+    _connected = _bus->whenConnected([this] { noteSent(); });
     // From now on and from all requests, because the response may be there before the request has a name.
-    _bus.connect(QString(), QString(), QLatin1String(requestInterface), QStringLiteral("Response"), this,
-        SLOT(takeResponse(QDBusMessage)));
+    _response = _bus->subscribe({ portalName, {}, requestInterface, "Response", {} },
+        [this](const BusSignal& response) { takeResponse(response); });
+    _owner = _bus->watchOwner(portalName, [this](const std::string& owner) { ownerChanged(owner); });
+    request.patience = startPatience;
+    _reply = _bus->call(request, [this](const BusReply& reply) { takeReply(reply); });
+    if (_bus->isConnected()) {
+        noteSent();
+        return;
+    }
+    const auto left = std::chrono::ceil<Milliseconds>(_bus->openingEnd() - BusContext::Clock::now());
+    _alarm = _bus->context().callLater(std::max(left, Milliseconds(0)), [this] { finish(PortalOutcome::Refused); });
 }
 
-PortalOutcome PortalRequest::outcome()
+void PortalRequest::noteSent()
 {
-    QDBusPendingCallWatcher reply(_bus.asyncCall(_request, startMilliseconds));
-    connect(&reply, &QDBusPendingCallWatcher::finished, this, [this, &reply] { takeReply(reply.reply()); });
-    const QDBusServiceWatcher portal(QLatin1String(portalService), _bus, QDBusServiceWatcher::WatchForUnregistration);
-    connect(&portal, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
-        if (!_handle.second.isEmpty())
-            finish(PortalOutcome::Unknown);
-    });
-    QTimer::singleShot(userMilliseconds, &_loop, &QEventLoop::quit);
-    _loop.exec();
-    return _outcome;
+    _isSent = true;
+    _alarm = nullptr;
 }
 
-void PortalRequest::takeReply(const QDBusMessage& reply)
+void PortalRequest::takeReply(const BusReply& reply)
 {
-    if (reply.type() == QDBusMessage::ErrorMessage) {
-        finish(outcomeOf(QDBusError(reply)));
-    } else if (reply.signature() != QLatin1String(handleSignature)) {
+    const auto path = reply.value(handleType).path();
+    if (!reply.error.empty()) {
+        finish(_isSent ? outcomeOf(reply.error) : PortalOutcome::Refused);
+    } else if (!path) {
         finish(PortalOutcome::Unknown);
+    } else if (const auto response = _responses.find(*path); response != _responses.end()) {
+        finish(response->second);
     } else {
-        _handle = { reply.service(), reply.arguments().constFirst().value<QDBusObjectPath>().path() };
-        if (_responses.contains(_handle))
-            finish(_responses.value(_handle));
+        _portal = reply.sender;
+        _path = *path;
+        _alarm = _bus->context().callLater(userPatience, [this] { finish(PortalOutcome::Unknown); });
     }
 }
 
-void PortalRequest::takeResponse(const QDBusMessage& response)
+void PortalRequest::takeResponse(const BusSignal& response)
 {
-    const Address request { response.service(), response.path() };
-    const bool isResponse = response.signature() == QLatin1String(responseSignature);
-    const PortalOutcome outcome =
-        isResponse ? outcomeOf(response.arguments().constFirst().toUInt()) : PortalOutcome::Unknown;
-    _responses.insert(request, outcome);
-    if (request == _handle)
+    const PortalOutcome outcome = outcomeOf(response);
+    _responses.insert_or_assign(response.path, outcome);
+    if (response.path == _path)
         finish(outcome);
+}
+
+void PortalRequest::ownerChanged(const std::string& owner)
+{
+    if (!_path.empty() && owner != _portal)
+        finish(PortalOutcome::Unknown);
 }
 
 void PortalRequest::finish(PortalOutcome outcome)
 {
-    _outcome = outcome;
-    _loop.quit();
+    // The handler may drop the request.
+    if (const Handler handler = std::exchange(_handler, nullptr))
+        handler(outcome);
 }

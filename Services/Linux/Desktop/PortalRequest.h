@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QEventLoop>
-#include <QMap>
-#include <QObject>
+#include "Linux/Bus/Bus.h"
 
-#include <utility>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
 
 /// What became of something that a portal was asked to do for the user.
 enum class PortalOutcome {
@@ -19,31 +18,37 @@ enum class PortalOutcome {
     Unknown,
 };
 
-/// A request to a portal, which first names the request and tells later what became of it.
-///
-/// To be made and waited for in a QThread of its own, whose quit() ends the waiting.
-class PortalRequest final : public QObject {
-    Q_OBJECT
+/// A request to a portal, which first names the request and tells later what became of it. It may take as long as a
+/// portal takes to start and, after that, the user to decide.
+class PortalRequest {
 public:
-    PortalRequest(QDBusConnection bus, QDBusMessage request);
+    using Handler = std::function<void(PortalOutcome)>;
 
-    /// Sends it, and waits for as long as it may take to start a portal and, after that, to ask the user something.
-    PortalOutcome outcome();
-
-private Q_SLOTS:
-    void takeResponse(const QDBusMessage& response);
+    /// Sends the request. The handler is called once, on the context; not any more once the request is dropped, which
+    /// the handler may do.
+    PortalRequest(std::shared_ptr<Bus> sessionBus, BusRequest request, Handler handler);
+    PortalRequest(const PortalRequest&) = delete;
+    PortalRequest& operator=(const PortalRequest&) = delete;
+    ~PortalRequest() = default;
 
 private:
-    /// A process and an object of it.
-    using Address = std::pair<QString, QString>;
-
-    void takeReply(const QDBusMessage& reply);
+    void noteSent();
+    void takeReply(const BusReply& reply);
+    void takeResponse(const BusSignal& response);
+    void ownerChanged(const std::string& owner);
     void finish(PortalOutcome outcome);
 
-    QDBusConnection _bus;
-    QDBusMessage _request;
-    QEventLoop _loop;
-    Address _handle;
-    QMap<Address, PortalOutcome> _responses;
-    PortalOutcome _outcome = PortalOutcome::Unknown;
+    std::shared_ptr<Bus> _bus;
+    Handler _handler;
+    bool _isSent = false;
+    /// The connection of the portal that has named the request, and that name; empty until then.
+    std::string _portal;
+    std::string _path;
+    /// By the names of the requests.
+    std::map<std::string, PortalOutcome> _responses;
+    BusHandle _connected;
+    BusHandle _response;
+    BusHandle _owner;
+    BusHandle _reply;
+    BusHandle _alarm;
 };

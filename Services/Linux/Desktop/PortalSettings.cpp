@@ -2,90 +2,67 @@
 
 #include "Linux/Desktop/Portal.h"
 
-#include <QDBusPendingCallWatcher>
-#include <QDBusServiceWatcher>
-
 #include <utility>
 
 namespace {
 
 constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
-
-QDBusMessage readRequest()
-{
-    QDBusMessage request = portalCall(settingsInterface, "ReadAll");
-    request << QStringList { QLatin1String(PortalSettings::appearanceGroup),
-        QLatin1String(PortalSettings::interfaceGroup) };
-    return request;
-}
+constexpr const char* changeType = "(ssv)";
+constexpr const char* groupsType = "a{sa{sv}}";
 
 } // namespace
 
-PortalSettings::PortalSettings(BusCaller sessionBus)
-    : _bus(std::move(sessionBus))
+PortalSettings::PortalSettings(std::shared_ptr<Bus> sessionBus, std::shared_ptr<FirstWait> group)
+    : DaemonState(std::move(sessionBus), portalName, group)
+    , _wait(std::move(group))
 {
-    if (!_bus.isConnected())
+}
+
+const BusProperties& PortalSettings::group(const std::string& name)
+{
+    ask();
+    if (!std::exchange(_hasWaited, true))
+        _wait->until([this] { return !isAwaited(); });
+    return _groups[name];
+}
+
+void PortalSettings::listen()
+{
+    hear(portalPath, settingsInterface, "SettingChanged", [this](const BusSignal& heard) { takeChange(heard); });
+}
+
+void PortalSettings::request()
+{
+    _changes.emplace();
+    askFor(portalPath, settingsInterface, "ReadAll",
+        Variant::ofTuple({ Variant::ofTexts({ appearanceGroup, interfaceGroup }) }),
+        [this](const BusReply& reply) { take(reply); });
+}
+
+void PortalSettings::take(const BusReply& reply)
+{
+    const auto changes = std::exchange(_changes, std::nullopt);
+    auto groups = interfacesIn(reply.value(groupsType));
+    if (!groups)
         return;
-    // The bus looks the types of a slot up by their names, which must be known by then.
-    qRegisterMetaType<QDBusVariant>();
-    QDBusConnection bus = _bus.bus();
-    bus.connect(QLatin1String(portalService), QLatin1String(portalPath), QLatin1String(settingsInterface),
-        QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QString, QString, QDBusVariant)));
-    auto* watcher =
-        new QDBusServiceWatcher(QLatin1String(portalService), bus, QDBusServiceWatcher::WatchForRegistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, &PortalSettings::readLater);
-    _first = _bus.ask(readRequest());
-}
-
-QVariantMap PortalSettings::group(const char* name)
-{
-    // One that has not answered in time is asked once more, and takes its time.
-    if (const auto first = std::exchange(_first, std::nullopt); first && !take(_bus.answerTo(*first)))
-        readLater();
-    return _groups.value(QLatin1String(name));
-}
-
-bool PortalSettings::take(const QDBusMessage& reply)
-{
-    const auto groups = propertiesByGroupOf(reply);
-    if (groups) {
-        // Asked before this one was.
-        _first.reset();
-        _groups = *groups;
-        for (auto change = _changes.cbegin(); change != _changes.cend(); ++change)
-            _groups[change.key()].insert(change.value());
+    _groups = std::move(*groups);
+    for (const auto& [group, settings] : *changes) {
+        for (const auto& [key, value] : settings)
+            _groups[group].insert_or_assign(key, value);
     }
-    if (!isAnswerDue())
-        _changes.clear();
-    return groups.has_value();
+    noteChange();
 }
 
-void PortalSettings::settingChanged(const QString& group, const QString& key, const QDBusVariant& value)
+void PortalSettings::takeChange(const BusSignal& heard)
 {
-    if (group != QLatin1String(appearanceGroup) && group != QLatin1String(interfaceGroup))
+    if (!heard.values.is(changeType))
         return;
-    _groups[group].insert(key, value.variant());
-    if (isAnswerDue())
-        _changes[group].insert(key, value.variant());
-    tell();
-}
-
-void PortalSettings::readLater()
-{
-    if (!_bus.isConnected())
+    const std::string group = *heard.values[0].text();
+    if (group != appearanceGroup && group != interfaceGroup)
         return;
-    ++_later;
-    auto* watcher = new QDBusPendingCallWatcher(_bus.bus().asyncCall(readRequest()), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* finished) {
-        finished->deleteLater();
-        --_later;
-        if (take(finished->reply()))
-            tell();
-    });
-}
-
-void PortalSettings::tell() const
-{
-    if (_observer)
-        _observer();
+    const std::string key = *heard.values[1].text();
+    _groups[group].insert_or_assign(key, heard.values[2]);
+    if (_changes)
+        (*_changes)[group].insert_or_assign(key, heard.values[2]);
+    noteChange();
 }

@@ -1,45 +1,36 @@
 #pragma once
 
-#include "Linux/BusCaller.h"
-#include "Linux/BusValues.h"
+#include "Linux/Bus/DaemonState.h"
 
-#include <QDBusVariant>
-#include <QObject>
+#include <memory>
+#include <optional>
+#include <string>
 
-#include <functional>
-
-/// The settings of the user's desktop, by way of the settings portal, followed as they change. None while there is no
-/// portal; those of one that comes later, or answers late, are taken when they come.
-class PortalSettings final : public QObject {
-    Q_OBJECT
+/// The settings of the user's desktop, by way of the settings portal, followed as they change. None while no portal has
+/// told any; a portal that goes away leaves what it has told, and one that comes, or comes back, is asked.
+class PortalSettings final : public DaemonState {
 public:
     static constexpr const char* appearanceGroup = "org.freedesktop.appearance";
     static constexpr const char* interfaceGroup = "org.gnome.desktop.interface";
 
-    /// Asks the portal; the answer is waited for when it is needed.
-    explicit PortalSettings(BusCaller sessionBus);
+    PortalSettings(std::shared_ptr<Bus> sessionBus, std::shared_ptr<FirstWait> group);
 
-    /// The settings of one of the groups, by key.
-    QVariantMap group(const char* name);
-    /// Called from the event loop of the main thread after a setting has changed.
-    void setObserver(std::function<void()> observer) { _observer = std::move(observer); }
+    /// The settings of one of the groups, by key. The first time of all, the portal's answer is waited for.
+    const BusProperties& group(const std::string& name);
 
-private Q_SLOTS:
-    void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
-    void readLater();
+protected:
+    // DaemonState
+    void listen() override;
+    void request() override;
 
 private:
-    /// False when the reply is not the settings.
-    bool take(const QDBusMessage& reply);
-    bool isAnswerDue() const { return _first || _later > 0; }
-    void tell() const;
+    void take(const BusReply& reply);
+    void takeChange(const BusSignal& heard);
 
-    BusCaller _bus;
-    std::optional<BusQuestion> _first;
-    /// How many questions after the first one wait for their answers.
-    int _later = 0;
+    std::shared_ptr<FirstWait> _wait;
+    bool _hasWaited = false;
     BusInterfaces _groups;
-    /// What the portal has told of since then, of which an answer that is due may know nothing.
-    BusInterfaces _changes;
-    std::function<void()> _observer;
+    /// What the portal has told of since it was asked, of which its answer may know nothing; absent when no answer is
+    /// due.
+    std::optional<BusInterfaces> _changes;
 };
