@@ -1,12 +1,12 @@
 #include "Linux/LinuxPhone.h"
 
-#include "Linux/BluezDevices.h"
 #include "Linux/ChosenIconTheme.h"
 #include "Linux/DesktopHomeScreen.h"
-#include "Linux/LinuxSubscriptions.h"
 #include "Linux/PortalLinks.h"
 #include "Linux/PortalMail.h"
 #include "Linux/SyslogLog.h"
+#include "Linux/Telephony/BluezDevices.h"
+#include "Linux/Telephony/LinuxSubscriptions.h"
 #include "Linux/UserFolders.h"
 
 #include <QGuiApplication>

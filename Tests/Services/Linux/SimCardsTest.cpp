@@ -1,6 +1,6 @@
-#include "Linux/LinuxSubscriptions.h"
-#include "Linux/MobileProviders.h"
-#include "Linux/PhoneNumbers.h"
+#include "Linux/Telephony/LinuxSubscriptions.h"
+#include "Linux/Telephony/MobileProviders.h"
+#include "Linux/Telephony/PhoneNumbers.h"
 #include "TemporaryDirectory.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "Linux/LinuxSubscriptions.h"
+#include "Linux/Telephony/LinuxSubscriptions.h"
 
 #include "Linux/BusValues.h"
-#include "Linux/PhoneNumbers.h"
+#include "Linux/Telephony/PhoneNumbers.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -1,4 +1,4 @@
-#include "Linux/BluezDevices.h"
+#include "Linux/Telephony/BluezDevices.h"
 
 #include "Linux/BusValues.h"
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Linux/BusTalks.h"
-#include "Linux/MobileProviders.h"
-#include "Linux/SimCard.h"
+#include "Linux/Telephony/MobileProviders.h"
+#include "Linux/Telephony/SimCard.h"
 #include "Linux/TurnAnswer.h"
 #include "Phone/Subscriptions.h"
 

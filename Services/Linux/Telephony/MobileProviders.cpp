@@ -1,4 +1,4 @@
-#include "Linux/MobileProviders.h"
+#include "Linux/Telephony/MobileProviders.h"
 
 #include <QFile>
 #include <QXmlStreamReader>

@@ -1,4 +1,4 @@
-#include "Linux/SimCard.h"
+#include "Linux/Telephony/SimCard.h"
 
 #include <QRegularExpression>
 

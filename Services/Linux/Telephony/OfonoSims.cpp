@@ -1,5 +1,5 @@
 #include "Linux/BusValues.h"
-#include "Linux/SimCard.h"
+#include "Linux/Telephony/SimCard.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
