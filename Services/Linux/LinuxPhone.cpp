@@ -1,5 +1,7 @@
 #include "Linux/LinuxPhone.h"
 
+#include "Linux/Bus/Bus.h"
+#include "Linux/Bus/BusAddress.h"
 #include "Linux/ChosenIconTheme.h"
 #include "Linux/DesktopHomeScreen.h"
 #include "Linux/PortalLinks.h"
@@ -49,10 +51,12 @@ std::unique_ptr<QCoreApplication> windowlessApplication()
 }
 
 LinuxPhone::LinuxPhone(HostPath hostPath)
-    : _application(windowlessApplication())
+    : _systemBus(std::make_shared<Bus>(_context, systemBusAddress()))
+    , _devices(std::make_shared<BluezDevices>(_systemBus, _firstWait))
+    , _sims(std::make_shared<LinuxSubscriptions>(
+          _systemBus, _firstWait, configurationFolders().constFirst().toStdString() + simNamesFile))
+    , _application(windowlessApplication())
 {
-    // Only the pages of devices and SIMs need it.
-    const auto system = std::make_shared<BusTalks>(BusCaller(systemBus, _budget));
     const BusCaller session(sessionBus, _budget);
     _notifications = std::make_shared<BusNotifications>(session);
     const auto settings = std::make_shared<PortalSettings>(session);
@@ -60,16 +64,8 @@ LinuxPhone::LinuxPhone(HostPath hostPath)
 
     _phone.systemLog = std::make_shared<SyslogLog>();
     _phone.darwinNotifications = _notifications;
-    const auto sims =
-        std::make_shared<LinuxSubscriptions>(system, configurationFolders().constFirst() + QLatin1String(simNamesFile));
-    _phone.subscriptions = sims;
-    // The page of devices shows the SIMs too.
-    const auto devices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
-    sims->setAskOthers([weak = std::weak_ptr(devices)] {
-        if (const auto known = weak.lock())
-            known->askAhead();
-    });
-    _phone.pairedDevices = devices;
+    _phone.subscriptions = _sims;
+    _phone.pairedDevices = _devices;
     _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
         dataFolders(), [settings, budget = _budget] { return chosenIconTheme(*settings, *budget); }, _budget);
     _phone.appearance = _appearance;
@@ -87,6 +83,8 @@ LinuxPhone::~LinuxPhone()
 void LinuxPhone::beginTurn()
 {
     _budget->renew();
+    _systemBus->reopen();
+    _context->takeIn();
     // A program with an event loop of its own has taken it in already.
     if (_application)
         QCoreApplication::processEvents();
@@ -94,5 +92,27 @@ void LinuxPhone::beginTurn()
 
 void LinuxPhone::endTurn()
 {
+    waitForDaemons();
     _notifications->flush();
+}
+
+void LinuxPhone::waitForDaemons()
+{
+    const auto isAwaited = [this] { return _devices->isAwaited() || _sims->isAwaited(); };
+    if (!isAwaited())
+        return;
+    _firstWait->until([&isAwaited] { return !isAwaited(); });
+    _context->takeIn();
+}
+
+void LinuxPhone::setDataObserver(std::function<void()> observer)
+{
+    _devices->setObserver(observer);
+    _sims->setObserver(std::move(observer));
+}
+
+bool LinuxPhone::wereDataGiven()
+{
+    const bool wereDevicesGiven = _devices->wereGiven();
+    return _sims->wereGiven() || wereDevicesGiven;
 }

@@ -38,8 +38,8 @@ private:
     std::optional<BusQuestion> _first;
     /// How many questions after the first one wait for their answers.
     int _later = 0;
-    BusInterfaces _groups;
+    GroupsOfProperties _groups;
     /// What the portal has told of since then, of which an answer that is due may know nothing.
-    BusInterfaces _changes;
+    GroupsOfProperties _changes;
     std::function<void()> _observer;
 };

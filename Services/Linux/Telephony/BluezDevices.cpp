@@ -1,34 +1,42 @@
 #include "Linux/Telephony/BluezDevices.h"
 
-#include "Linux/BusValues.h"
+#include "Linux/Telephony/Texts.h"
 
-#include <QRegularExpression>
-
+#include <algorithm>
 #include <map>
+#include <string_view>
 #include <tuple>
-#include <utility>
 
 namespace {
 
 constexpr const char* bluez = "org.bluez";
 constexpr const char* bluezRoot = "/";
-constexpr const char* objectManager = "org.freedesktop.DBus.ObjectManager";
-constexpr const char* getManagedObjects = "GetManagedObjects";
 constexpr const char* deviceInterface = "org.bluez.Device1";
-constexpr const char* addressPattern = "^[0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5}\\z";
+constexpr std::string_view hexadecimal = "0123456789ABCDEFabcdef";
+constexpr std::size_t addressLength = 17;
+constexpr std::size_t addressPiece = 3;
 
-/// The address names the device's rows and its binding, so one that is none makes no device.
-bool isAddress(const QString& text)
+bool isHexadecimal(char character)
 {
-    static const QRegularExpression pattern { QLatin1String(addressPattern) };
-    return pattern.match(text).hasMatch();
+    return hexadecimal.find(character) != std::string_view::npos;
 }
 
-QString nameOf(const QVariantMap& device, const QString& address)
+/// The address names the device's rows and its binding, so one that is none makes no device.
+bool isAddress(const std::string& text)
+{
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isColonsPlace = i % addressPiece == addressPiece - 1;
+        if (isColonsPlace ? text[i] != ':' : !isHexadecimal(text[i]))
+            return false;
+    }
+    return text.size() == addressLength;
+}
+
+std::string nameOf(const BusProperties& device, const std::string& address)
 {
     for (const char* name : { "Name", "Alias" }) {
-        const QString text = plainLine(textOf(device, name));
-        if (!text.isEmpty())
+        const std::string text = plainLine(textOf(device, name));
+        if (!text.empty())
             return text;
     }
     return address;
@@ -36,51 +44,44 @@ QString nameOf(const QVariantMap& device, const QString& address)
 
 auto place(const PairedDevice& device)
 {
-    return std::tuple(QString::fromStdString(device.name).toCaseFolded(), device.name, device.address);
+    return std::tuple(caseFolded(device.name), device.name, device.address);
 }
 
-std::vector<PairedDevice> devicesOn(const BusCaller& systemBus)
+std::vector<PairedDevice> devicesIn(const BusObjects& objects)
 {
-    const auto objects = managedObjectsOf(systemBus.call(QDBusMessage::createMethodCall(QLatin1String(bluez),
-        QLatin1String(bluezRoot), QLatin1String(objectManager), QLatin1String(getManagedObjects))));
-    if (!objects)
-        return {};
-    std::map<QString, PairedDevice> byAddress;
-    for (const BusInterfaces& interfaces : *objects) {
-        const QVariantMap device = interfaces.value(QLatin1String(deviceInterface));
-        const QString address = textOf(device, "Address");
-        if (isTrue(device, "Paired") && isAddress(address))
-            byAddress.try_emplace(
-                address, PairedDevice { nameOf(device, address).toStdString(), address.toStdString() });
+    std::map<std::string, PairedDevice> byAddress;
+    for (const auto& [path, interfaces] : objects) {
+        const auto device = interfaces.find(deviceInterface);
+        if (device == interfaces.end() || !isTrue(device->second, "Paired"))
+            continue;
+        const std::string address = textOf(device->second, "Address");
+        if (isAddress(address))
+            byAddress.try_emplace(address, PairedDevice { nameOf(device->second, address), address });
     }
     std::vector<PairedDevice> devices;
     for (auto& [address, device] : byAddress)
         devices.push_back(std::move(device));
-    std::sort(devices.begin(), devices.end(),
-        [](const PairedDevice& left, const PairedDevice& right) { return place(left) < place(right); });
+    std::ranges::sort(devices, {}, place);
     return devices;
 }
 
 } // namespace
 
-void BluezDevices::askAhead()
+BluezDevices::BluezDevices(std::shared_ptr<Bus> systemBus, std::shared_ptr<FirstWait> group)
+    : _state(std::make_unique<ObjectCache>(std::move(systemBus), bluez, bluezRoot, std::move(group)))
 {
-    if (!_known.isKnown() && std::exchange(_isNeeded, false))
-        _ahead = begun();
+    _state->setObserver([this] { compare(); });
 }
 
-BluezDevices::Talk BluezDevices::begun() const
+void BluezDevices::compare() const
 {
-    auto ahead = std::exchange(_ahead, std::nullopt);
-    return ahead && ahead->isOfThisTurn() ? std::move(*ahead) : _bus->begin(bluez, devicesOn);
+    if (_given && _observer && *_given != devicesIn(_state->objects()))
+        _observer();
 }
 
 std::vector<PairedDevice> BluezDevices::devices() const
 {
-    _isNeeded = true;
-    return _known.get([this] {
-        Talk talk = begun();
-        _askOthers();
-        return talk.result();
-    });
+    _wereGiven = true;
+    _given = devicesIn(_state->objects());
+    return *_given;
 }

@@ -1,38 +1,35 @@
 #pragma once
 
-#include "Linux/BusTalks.h"
-#include "Linux/TurnAnswer.h"
+#include "Linux/Bus/ObjectCache.h"
 #include "Phone/PairedDevices.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <utility>
+#include <vector>
 
 /// The devices that BlueZ is paired with, on all its adapters: by name, and by address where names are alike. A device
-/// that is paired with two adapters is one device. None while BlueZ is absent or does not answer.
+/// that is paired with two adapters is one device. None while BlueZ is absent or has not answered.
 class BluezDevices final : public PairedDevices {
 public:
-    /// `askOthers` begins the other talks that a page of devices needs, so that all are waited for together.
-    BluezDevices(std::shared_ptr<BusTalks> systemBus, std::function<void()> askOthers)
-        : _bus(std::move(systemBus))
-        , _askOthers(std::move(askOthers))
-        , _known(_bus->budget())
-    {
-    }
+    BluezDevices(std::shared_ptr<Bus> systemBus, std::shared_ptr<FirstWait> group);
 
-    /// Begins the talk when the last turn needed it: a page of devices that is built anew asks for its SIMs first.
-    void askAhead();
+    /// Called in a `takeIn` when the devices are others than those that were last given.
+    void setObserver(std::function<void()> observer) { _observer = std::move(observer); }
+    /// Whether the devices have been asked for since this was last called.
+    bool wereGiven() { return std::exchange(_wereGiven, false); }
+    /// Whether somebody has asked for the devices, and they may still come in time.
+    bool isAwaited() const { return _given && _state->isAwaited(); }
 
     // PairedDevices
     std::vector<PairedDevice> devices() const override;
 
 private:
-    using Talk = BusTalk<std::vector<PairedDevice>>;
+    void compare() const;
 
-    Talk begun() const;
-
-    std::shared_ptr<BusTalks> _bus;
-    std::function<void()> _askOthers;
-    mutable std::optional<Talk> _ahead;
-    mutable TurnAnswer<std::vector<PairedDevice>> _known;
-    mutable bool _isNeeded = false;
+    std::unique_ptr<ObjectCache> _state;
+    std::function<void()> _observer;
+    mutable bool _wereGiven = false;
+    mutable std::optional<std::vector<PairedDevice>> _given;
 };

@@ -1,36 +1,32 @@
 #pragma once
 
-#include "Linux/BusTalks.h"
 #include "Linux/Telephony/MobileProviders.h"
-#include "Linux/Telephony/SimCard.h"
-#include "Linux/TurnAnswer.h"
+#include "Linux/Telephony/ModemManagerState.h"
+#include "Linux/Telephony/OfonoState.h"
+#include "Linux/Telephony/SimNames.h"
 #include "Phone/Subscriptions.h"
 
-#include <QHash>
-#include <QString>
-
 #include <functional>
+#include <memory>
 #include <optional>
-
-/// The key of a SIM: a UUID made of its ICCID, the same in every slot and after every start.
-std::string simKeyOf(const QString& iccid);
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 /// The SIMs that ModemManager tells of or, where it has none, oFono.
 class LinuxSubscriptions final : public Subscriptions {
 public:
-    /// The names that the user gives SIMs stand in the file, one a line: KEY=NAME, where KEY is the SIM's key or its
-    /// ICCID. It may be missing.
-    LinuxSubscriptions(std::shared_ptr<BusTalks> systemBus, QString namesFile)
-        : _bus(std::move(systemBus))
-        , _namesFile(std::move(namesFile))
-        , _known(_bus->budget())
-    {
-    }
+    /// For the file of the user's own names see SimNames.
+    LinuxSubscriptions(
+        const std::shared_ptr<Bus>& systemBus, const std::shared_ptr<FirstWait>& group, std::string namesFile);
 
-    /// Begins the other talks that a page of SIMs may need, so that all are waited for together.
-    void setAskOthers(std::function<void()> askOthers) { _askOthers = std::move(askOthers); }
-    /// Begins the talks with the daemons, which are waited for when the SIMs are asked for in the same turn.
-    void askAhead();
+    /// Called in a `takeIn` when the SIMs are others than those that were last given.
+    void setObserver(std::function<void()> observer) { _observer = std::move(observer); }
+    /// Whether the SIMs have been asked for since this was last called.
+    bool wereGiven() { return std::exchange(_wereGiven, false); }
+    /// Whether somebody has asked for the SIMs, and they may still come in time.
+    bool isAwaited() const;
 
     // Subscriptions
     std::vector<Subscription> subscriptions() const override;
@@ -38,23 +34,21 @@ public:
     std::string formattedNumber(const std::string& number) const override;
 
 private:
-    struct Talks {
-        BusTalk<std::vector<SimCard>> modemManager;
-        BusTalk<std::vector<SimCard>> ofono;
-    };
-
-    Talks begun() const;
-    const std::vector<SimCard>& cards() const;
+    std::vector<SimCard> cards() const;
+    std::vector<Subscription> described(const std::vector<SimCard>& cards) const;
+    Subscription describe(const SimCard& card, const std::string& key, std::size_t place) const;
     const MobileProviders& providers() const;
-    QString carrierOf(const SimCard& card) const;
+    std::string carrierOf(const SimCard& card) const;
+    void compare() const;
 
-    std::shared_ptr<BusTalks> _bus;
-    QString _namesFile;
-    std::function<void()> _askOthers;
-    mutable std::optional<Talks> _ahead;
-    mutable TurnAnswer<std::vector<SimCard>> _known;
+    std::unique_ptr<ModemManagerState> _modemManager;
+    std::unique_ptr<OfonoState> _ofono;
+    std::function<void()> _observer;
+    mutable bool _wereGiven = false;
+    mutable SimNames _names;
+    mutable std::optional<std::vector<Subscription>> _given;
     /// Read when the first SIM needs it.
     mutable std::optional<MobileProviders> _providers;
-    /// The home regions of the SIMs that were last asked for, by number.
-    mutable QHash<QString, QString> _regions;
+    /// The home networks of the SIMs that were last asked for, by number.
+    mutable std::unordered_map<std::string, std::string> _homeNetworks;
 };

@@ -1,31 +1,21 @@
 #pragma once
 
-#include "Linux/BusCaller.h"
-
-#include <QString>
-
-#include <vector>
+#include <string>
 
 /// A SIM as a telephony daemon tells of it. What the daemon does not know is empty.
 struct SimCard {
     /// The number that is printed on the card, digits alone. Never empty.
-    QString iccid;
-    QString ownNumber;
+    std::string iccid;
+    std::string ownNumber;
     /// MCC and MNC of the carrier that issued it, and its name as the card has it.
-    QString homeNetwork;
-    QString homeName;
+    std::string homeNetwork;
+    std::string homeName;
     /// The network it is registered with, while that is the one at home.
-    QString registeredName;
+    std::string registeredName;
     bool isDefaultVoice = false;
 };
 
 /// The digits of an ICCID as daemons give it, without the filler at its end; empty for anything else.
-QString plainIccid(const QString& text);
-
-extern const char* const modemManagerService;
-extern const char* const ofonoService;
-
-/// The SIMs in all slots of all modems, in slot order. None while the daemon is absent or does not answer; a SIM whose
-/// ICCID is not known, as of some locked ones, is left out, because nothing could be kept for it.
-std::vector<SimCard> modemManagerSims(const BusCaller& systemBus);
-std::vector<SimCard> ofonoSims(const BusCaller& systemBus);
+std::string plainIccid(const std::string& text);
+/// The key of a SIM: a UUID made of its ICCID, the same in every slot and after every start.
+std::string simKeyOf(const std::string& iccid);

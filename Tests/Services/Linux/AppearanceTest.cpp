@@ -29,7 +29,7 @@ protected:
             qputenv(name, _bus.address().toUtf8());
     }
 
-    void startPortal(const BusInterfaces& settings)
+    void startPortal(const GroupsOfProperties& settings)
     {
         portal = std::make_unique<MockPortal>(_bus.client(QStringLiteral("portal")), settings);
         portal->appear();
@@ -47,7 +47,7 @@ protected:
         return { service->isDark(), service->textScale(), service->isMotionReduced() };
     }
 
-    Looks looksAtStart(const BusInterfaces& settings)
+    Looks looksAtStart(const GroupsOfProperties& settings)
     {
         startPortal(settings);
         openPhone();

@@ -15,11 +15,11 @@ constexpr std::chrono::seconds patience { 60 };
 
 } // namespace
 
-MockPortal::MockPortal(QDBusConnection bus, BusInterfaces settings)
+MockPortal::MockPortal(QDBusConnection bus, GroupsOfProperties settings)
     : _bus(std::move(bus))
     , _settings(std::move(settings))
 {
-    qDBusRegisterMetaType<BusInterfaces>();
+    qDBusRegisterMetaType<GroupsOfProperties>();
     moveToThread(&_thread);
     _thread.start();
     _bus.registerVirtualObject(QLatin1String(portalPath), this);
@@ -84,7 +84,7 @@ bool MockPortal::handleMessage(const QDBusMessage& message, const QDBusConnectio
 
 QDBusMessage MockPortal::answerTo(const QDBusMessage& question) const
 {
-    BusInterfaces asked;
+    GroupsOfProperties asked;
     for (const QString& group : question.arguments().constFirst().toStringList()) {
         if (_settings.contains(group))
             asked.insert(group, _settings.value(group));

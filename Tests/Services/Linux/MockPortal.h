@@ -11,7 +11,7 @@
 /// A settings portal that answers from a thread of its own, as another process would.
 class MockPortal final : public QDBusVirtualObject {
 public:
-    MockPortal(QDBusConnection bus, BusInterfaces settings);
+    MockPortal(QDBusConnection bus, GroupsOfProperties settings);
     MockPortal(const MockPortal&) = delete;
     MockPortal& operator=(const MockPortal&) = delete;
     ~MockPortal() override;
@@ -37,7 +37,7 @@ private:
     QDBusConnection _bus;
     QThread _thread;
     QMutex _mutex;
-    BusInterfaces _settings;
+    GroupsOfProperties _settings;
     bool _isSlow = false;
     QList<QDBusMessage> _waiting;
     int _questions = 0;
