@@ -42,23 +42,30 @@ class Bus:
     """A bus of the test's own, and a connection to it."""
 
     def __init__(self, folder, name):
-        address = f"unix:path={folder}/{name}"
+        self.path = f"{folder}/{name}"
+        # Without the bus's own number, which is another one after each start.
+        self.address = f"unix:path={self.path}"
         self.services = folder / f"{name}-services"
         self.services.mkdir()
-        config = folder / f"{name}.conf"
-        config.write_text(
+        self.config = folder / f"{name}.conf"
+        self.config.write_text(
             "<!DOCTYPE busconfig PUBLIC '-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN'"
             " 'http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd'>"
-            f"<busconfig><type>session</type><listen>{address}</listen><servicedir>{self.services}</servicedir>"
+            f"<busconfig><type>session</type><listen>{self.address}</listen><servicedir>{self.services}</servicedir>"
             "<policy context='default'><allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/>"
             "<allow own='*'/></policy></busconfig>"
         )
+        self.start()
+
+    def start(self):
+        """Called again for a bus that was stopped, which listens where it did."""
         self.process = subprocess.Popen(
-            ["dbus-daemon", f"--config-file={config}", "--nofork", "--print-address"],
+            ["dbus-daemon", f"--config-file={self.config}", "--nofork", "--print-address"],
             stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL,
         )
-        self.address = self.process.stdout.readline().decode().strip()
+        # It listens when it says where.
+        self.process.stdout.readline()
         self.connection = Gio.DBusConnection.new_for_address_sync(
             self.address,
             Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION,
@@ -66,6 +73,11 @@ class Bus:
             None,
         )
         self.connection.set_exit_on_close(False)
+
+    def clients(self):
+        """The names of the connections to it."""
+        names = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames")
+        return [name for name in names if name.startswith(":")]
 
     def call(self, name, path, interface, method, arguments=None, reply=None):
         result = self.connection.call_sync(
