@@ -107,6 +107,7 @@ bool HostSession::openPhone(Phone& phone, std::string& error)
         _linuxPhone =
             std::make_unique<LinuxPhone>([files = _files](const std::string& path) { return files->hostPath(path); });
         _linuxPhone->setAppearanceObserver([this] { appearanceChanged(); });
+        _linuxPhone->setDataObserver([this] { dataChanged(); });
         phone = _linuxPhone->phone();
         return true;
     }
@@ -154,6 +155,13 @@ bool HostSession::openRootPage(const std::shared_ptr<UIPresentationObserver>& ob
 
 std::optional<std::string> HostSession::turn(const std::function<void()>& act)
 {
+    const auto failure = singleTurn(act);
+    // What the page was the first to ask for may have come since.
+    return _hasStaleData && !failure ? singleTurn([] {}) : failure;
+}
+
+std::optional<std::string> HostSession::singleTurn(const std::function<void()>& act)
+{
     const TurnEnd end { *this };
     if (_linuxPhone)
         _linuxPhone->beginTurn();
@@ -163,6 +171,7 @@ std::optional<std::string> HostSession::turn(const std::function<void()>& act)
             _hasStaleCompanions = true;
         if (_settingsFile->hasChanged() && !_navigation->viewControllers().empty())
             catchUp();
+        showData();
         act();
     } catch (const std::out_of_range& rangeError) {
         if (const auto& log = Phone::current().systemLog)
@@ -181,6 +190,11 @@ HostSession::TurnEnd::~TurnEnd()
         file.keepGoodCopy();
     file.unlock();
     UIGraphicsDrainImageContexts();
+    if (!session._linuxPhone)
+        return;
+    if (session._linuxPhone->wereDataGiven())
+        session._dataPage = session._navigation->topViewController();
+    session._linuxPhone->endTurn();
 }
 
 void HostSession::waitUntilReadable(int descriptor)
@@ -229,4 +243,20 @@ void HostSession::appearanceChanged()
         controller->traitCollectionDidChange();
     if (_appearanceObserver)
         _appearanceObserver();
+}
+
+void HostSession::dataChanged()
+{
+    _hasStaleData = true;
+    if (_dataObserver)
+        _dataObserver();
+}
+
+void HostSession::showData()
+{
+    if (!std::exchange(_hasStaleData, false))
+        return;
+    const auto page = std::dynamic_pointer_cast<PSListController>(_dataPage.lock());
+    if (page && page->navigationController())
+        page->reloadSpecifiers();
 }

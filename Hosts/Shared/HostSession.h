@@ -61,6 +61,11 @@ public:
 
     /// Called after something that the phone's appearance tells has changed, when the pages have been told.
     void setAppearanceObserver(std::function<void()> observer) { _appearanceObserver = std::move(observer); }
+    /// Called when devices or SIMs that a page may show have changed. The next turn, or the one under way, builds the
+    /// rows of that page anew.
+    void setDataObserver(std::function<void()> observer) { _dataObserver = std::move(observer); }
+    /// For an event loop that is to wait for the phone's buses too; null on a phone without any.
+    BusContext* busContext() { return _linuxPhone ? &_linuxPhone->busContext() : nullptr; }
     /// From now on the pages are dark, or light, whatever the system's appearance is. False on a phone without one.
     bool setDarkAppearance(bool dark);
 
@@ -73,8 +78,12 @@ private:
 
     HostSession() = default;
 
+    std::optional<std::string> singleTurn(const std::function<void()>& act);
     bool openPhone(Phone& phone, std::string& error);
     void appearanceChanged();
+    void dataChanged();
+    /// Builds the rows anew of the page that shows devices or SIMs, when these have changed.
+    void showData();
     bool provision(std::string& error);
     void catchUp();
     void reloadPages();
@@ -94,4 +103,8 @@ private:
     std::shared_ptr<PSListController> _root;
     std::optional<std::string> _notice;
     std::function<void()> _appearanceObserver;
+    std::function<void()> _dataObserver;
+    /// The page that last asked for devices or SIMs.
+    std::weak_ptr<UIViewController> _dataPage;
+    bool _hasStaleData = false;
 };

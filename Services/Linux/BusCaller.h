@@ -54,9 +54,6 @@ public:
     {
     }
 
-    /// A caller on the same bus for a talk with one daemon.
-    BusCaller forTalk() const { return { _bus, std::make_shared<WaitBudget>(_budget->forTalk()) }; }
-
     bool isConnected() const { return bus().isConnected(); }
     /// To be asked for anew in each turn. Connecting is paid for like an answer.
     QDBusConnection bus() const;
@@ -72,12 +69,6 @@ public:
     QDBusMessage answerTo(const BusQuestion& question) const;
 
 private:
-    BusCaller(std::shared_ptr<BusOnDemand> bus, std::shared_ptr<WaitBudget> budget)
-        : _bus(std::move(bus))
-        , _budget(std::move(budget))
-    {
-    }
-
     std::shared_ptr<BusOnDemand> _bus;
     std::shared_ptr<WaitBudget> _budget;
 };

@@ -1,13 +1,14 @@
 #include "Linux/LinuxPhone.h"
 
-#include "Linux/BluezDevices.h"
+#include "Linux/Bus/Bus.h"
 #include "Linux/Bus/BusAddress.h"
 #include "Linux/ChosenIconTheme.h"
 #include "Linux/Desktop/PortalLinks.h"
 #include "Linux/Desktop/PortalMail.h"
 #include "Linux/Desktop/SyslogLog.h"
 #include "Linux/DesktopHomeScreen.h"
-#include "Linux/LinuxSubscriptions.h"
+#include "Linux/Telephony/BluezDevices.h"
+#include "Linux/Telephony/LinuxSubscriptions.h"
 #include "Linux/UserFolders.h"
 
 #include <QGuiApplication>
@@ -50,29 +51,24 @@ std::unique_ptr<QCoreApplication> windowlessApplication()
 }
 
 LinuxPhone::LinuxPhone(HostPath hostPath)
-    : _application(windowlessApplication())
-    , _sessionBus(std::make_shared<Bus>(_context, sessionBusAddress()))
+    : _sessionBus(std::make_shared<Bus>(_context, sessionBusAddress()))
+    , _systemBus(std::make_shared<Bus>(_context, systemBusAddress()))
+    , _devices(std::make_shared<BluezDevices>(_systemBus, _firstWait))
+    , _sims(std::make_shared<LinuxSubscriptions>(
+          _systemBus, _firstWait, configurationFolders().constFirst().toStdString() + simNamesFile))
+    , _application(windowlessApplication())
     , _notifications(std::make_shared<BusNotifications>(_sessionBus))
     , _requests(std::make_shared<DesktopRequests>(_sessionBus))
 {
-    // Only the pages of devices and SIMs need it.
-    const auto system = std::make_shared<BusTalks>(BusCaller(systemBus, _budget));
+    // Asked before it is needed, because a page that is coloured waits for it.
     const auto settings = std::make_shared<PortalSettings>(_sessionBus, std::make_shared<FirstWait>(_context));
     settings->ask();
     _appearance = std::make_shared<PortalAppearance>(settings);
 
     _phone.systemLog = std::make_shared<SyslogLog>();
     _phone.darwinNotifications = _notifications;
-    const auto sims =
-        std::make_shared<LinuxSubscriptions>(system, configurationFolders().constFirst() + QLatin1String(simNamesFile));
-    _phone.subscriptions = sims;
-    // The page of devices shows the SIMs too.
-    const auto devices = std::make_shared<BluezDevices>(system, [sims] { sims->askAhead(); });
-    sims->setAskOthers([weak = std::weak_ptr(devices)] {
-        if (const auto known = weak.lock())
-            known->askAhead();
-    });
-    _phone.pairedDevices = devices;
+    _phone.subscriptions = _sims;
+    _phone.pairedDevices = _devices;
     _phone.homeScreen = std::make_shared<DesktopHomeScreen>(
         dataFolders(), [settings, budget = _budget] { return chosenIconTheme(*settings, *budget); }, _budget);
     _phone.appearance = _appearance;
@@ -89,14 +85,36 @@ LinuxPhone::~LinuxPhone()
 void LinuxPhone::beginTurn()
 {
     _budget->renew();
+    _sessionBus->reopen();
+    _systemBus->reopen();
+    _context->takeIn();
     // A program with an event loop of its own has taken it in already.
     if (_application)
         QCoreApplication::processEvents();
-    _context->takeIn();
-    _sessionBus->reopen();
 }
 
-void LinuxPhone::waitUntilReadable(int descriptor)
+void LinuxPhone::endTurn()
 {
-    _context->waitUntilReadable(descriptor);
+    waitForDaemons();
+}
+
+void LinuxPhone::waitForDaemons()
+{
+    const auto isAwaited = [this] { return _devices->isAwaited() || _sims->isAwaited(); };
+    if (!isAwaited())
+        return;
+    _firstWait->until([&isAwaited] { return !isAwaited(); });
+    _context->takeIn();
+}
+
+void LinuxPhone::setDataObserver(std::function<void()> observer)
+{
+    _devices->setObserver(observer);
+    _sims->setObserver(std::move(observer));
+}
+
+bool LinuxPhone::wereDataGiven()
+{
+    const bool wereDevicesGiven = _devices->wereGiven();
+    return _sims->wereGiven() || wereDevicesGiven;
 }

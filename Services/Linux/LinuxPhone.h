@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Linux/Bus/FirstWait.h"
 #include "Linux/Desktop/BusNotifications.h"
 #include "Linux/Desktop/DesktopRequests.h"
 #include "Linux/Desktop/PortalAppearance.h"
@@ -10,6 +11,9 @@
 #include <memory>
 #include <string>
 
+class BluezDevices;
+class Bus;
+class LinuxSubscriptions;
 class QCoreApplication;
 
 /// The machine that the program runs on, as a phone: BlueZ, ModemManager or oFono, the user's bus, the desktop's
@@ -30,21 +34,37 @@ public:
     /// Without property lists, files, images and text measure, which the caller adds.
     Phone phone() const { return _phone; }
 
-    /// Called by `beginTurn` after something that the phone's appearance tells has changed.
+    /// Called in a turn or a `takeIn` after something that the phone's appearance tells has changed.
     void setAppearanceObserver(std::function<void()> observer) { _appearance->setObserver(std::move(observer)); }
 
-    /// To be called before the pages are given an event: takes in what has come meanwhile, and lets daemons that have
-    /// failed be asked again.
+    /// Called in a turn or a `takeIn` when devices or SIMs are others than those that were last given.
+    void setDataObserver(std::function<void()> observer);
+    /// Whether devices or SIMs have been asked for since this was last called.
+    bool wereDataGiven();
+
+    /// To be called before the pages are given an event: takes in what has come meanwhile, and connects again to buses
+    /// that have gone.
     void beginTurn();
+    /// To be called after it. Waits for the devices or SIMs that were asked for the first time; they are given when
+    /// they are asked for again.
+    void endTurn();
     /// Handles what comes from the buses until there is something to read from the descriptor, or it has ended. The
     /// pages learn of it in the next turn.
-    void waitUntilReadable(int descriptor);
+    void waitUntilReadable(int descriptor) { _context->waitUntilReadable(descriptor); }
+    /// For an event loop that is to wait for the buses too.
+    BusContext& busContext() { return *_context; }
 
 private:
-    std::unique_ptr<QCoreApplication> _application;
-    std::shared_ptr<WaitBudget> _budget = std::make_shared<WaitBudget>();
+    void waitForDaemons();
+
     std::shared_ptr<BusContext> _context = std::make_shared<BusContext>();
     std::shared_ptr<Bus> _sessionBus;
+    std::shared_ptr<Bus> _systemBus;
+    std::shared_ptr<FirstWait> _firstWait = std::make_shared<FirstWait>(_context);
+    std::shared_ptr<BluezDevices> _devices;
+    std::shared_ptr<LinuxSubscriptions> _sims;
+    std::unique_ptr<QCoreApplication> _application;
+    std::shared_ptr<WaitBudget> _budget = std::make_shared<WaitBudget>();
     std::shared_ptr<BusNotifications> _notifications;
     std::shared_ptr<DesktopRequests> _requests;
     std::shared_ptr<PortalAppearance> _appearance;

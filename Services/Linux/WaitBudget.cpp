@@ -6,11 +6,3 @@ void WaitBudget::renew()
     ++_turn;
     _failed.clear();
 }
-
-WaitBudget WaitBudget::forTalk() const
-{
-    WaitBudget talk(*this);
-    talk._left = patience();
-    talk._isForTalk = true;
-    return talk;
-}

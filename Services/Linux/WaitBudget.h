@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <chrono>
 #include <set>
 #include <string>
@@ -24,17 +23,8 @@ public:
     /// How long the next question may be waited for: most of what is left. Questions that do not need each other's
     /// answers are waited for together, so a slow daemon takes no time of the others; the rest is for what must be
     /// asked those after one that hangs. Zero when it is spent.
-    Milliseconds patience() const { return std::chrono::floor<Milliseconds>(_isForTalk ? _left : _left * 4 / 5); }
-    /// How long a talk of that patience may be waited for: a little longer, because the timers of the bus library are
-    /// up to a twentieth late, and a talk had better end by itself than be given up.
-    Milliseconds patienceWithTalk() const
-    {
-        return std::min(std::chrono::floor<Milliseconds>(_left), patience() * 21 / 20 + Milliseconds(5));
-    }
+    Milliseconds patience() const { return std::chrono::floor<Milliseconds>(_left * 4 / 5); }
     void spend(Duration time) { _left = time < _left ? _left - time : Duration::zero(); }
-
-    /// What a talk with one daemon may take, of which its first question may take everything.
-    WaitBudget forTalk() const;
 
     void noteFailureOf(const std::string& daemon) { _failed.insert(daemon); }
     bool hasFailed(const std::string& daemon) const { return _failed.contains(daemon); }
@@ -42,6 +32,5 @@ public:
 private:
     Duration _left = whole;
     unsigned _turn = 0;
-    bool _isForTalk = false;
     std::set<std::string> _failed;
 };

@@ -42,24 +42,34 @@ class Bus:
     """A bus of the test's own, and a connection to it."""
 
     def __init__(self, folder, name, listen=None):
-        address = listen or f"unix:path={folder}/{name}"
+        self.path = f"{folder}/{name}"
+        # Without the bus's own number, which is another one after each start.
+        self.address = listen or f"unix:path={self.path}"
+        self.chooses_port = listen is not None
         self.services = folder / f"{name}-services"
         self.services.mkdir()
-        config = folder / f"{name}.conf"
-        config.write_text(
+        self.config = folder / f"{name}.conf"
+        self.config.write_text(
             "<!DOCTYPE busconfig PUBLIC '-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN'"
             " 'http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd'>"
-            f"<busconfig><type>session</type><listen>{address}</listen><servicedir>{self.services}</servicedir>"
+            f"<busconfig><type>session</type><listen>{self.address}</listen><servicedir>{self.services}</servicedir>"
             f"{'<auth>ANONYMOUS</auth><allow_anonymous/>' if listen else ''}"
             "<policy context='default'><allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/>"
             "<allow own='*'/></policy></busconfig>"
         )
+        self.start()
+
+    def start(self):
+        """Called again for a bus that was stopped, which listens where it did."""
         self.process = subprocess.Popen(
-            ["dbus-daemon", f"--config-file={config}", "--nofork", "--print-address"],
+            ["dbus-daemon", f"--config-file={self.config}", "--nofork", "--print-address"],
             stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL,
         )
-        self.address = self.process.stdout.readline().decode().strip()
+        # It listens when it says where.
+        where = self.process.stdout.readline().decode().strip()
+        if self.chooses_port:
+            self.address = where
         self.connection = self.connect(self.address)
 
     @staticmethod
@@ -72,6 +82,11 @@ class Bus:
         )
         connection.set_exit_on_close(False)
         return connection
+
+    def clients(self):
+        """The names of the connections to it."""
+        names = self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames")
+        return [name for name in names if name.startswith(":")]
 
     def call(self, name, path, interface, method, arguments=None, reply=None):
         result = self.connection.call_sync(

@@ -1,6 +1,6 @@
-#include "Linux/PhoneNumbers.h"
+#include "Linux/Telephony/PhoneNumbers.h"
 
-#include "Linux/PhoneNumberModule.h"
+#include "Linux/Telephony/PhoneNumberModule.h"
 #include "Phone/Phone.h"
 
 #include <dlfcn.h>
