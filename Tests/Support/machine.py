@@ -217,6 +217,21 @@ class MachineTest(support.PhoneTest):
             return f"unix:path={path}"
         return f"tcp:host={LOCAL_HOST},port={bus.listener.getsockname()[1]}"
 
+    def start_bus_proxy(self, bus, *rules):
+        """The address at which programs in a sandbox reach the bus, by these rules of xdg-dbus-proxy."""
+        path = f"{self.folder}/proxy"
+        ready, end = os.pipe()
+        proxy = subprocess.Popen(
+            ["xdg-dbus-proxy", f"--fd={end}", bus.address, path, "--filter", *rules], pass_fds=(end,)
+        )
+        self.addCleanup(proxy.wait)
+        self.addCleanup(proxy.kill)
+        os.close(end)
+        os.read(ready, 1)
+        # The proxy ends when its other end is closed.
+        self.addCleanup(os.close, ready)
+        return f"unix:path={path}"
+
     def start_daemon(self, bus, name, path, command):
         environment = {name: value for name, value in self.environment.items() if not name.startswith("LSAN")}
         daemon = Daemon(bus, name, path, command, environment)
