@@ -6,6 +6,7 @@ import json
 import os
 import pathlib
 import shlex
+import shutil
 import signal
 import socket
 import subprocess
@@ -264,6 +265,23 @@ class MachineTest(support.PhoneTest):
         if family == socket.AF_UNIX:
             return f"unix:path={path}"
         return f"tcp:host={LOCAL_HOST},port={bus.listener.getsockname()[1]}"
+
+    def start_bus_proxy(self, bus, *rules):
+        """The address at which programs in a sandbox reach the bus, by these rules of xdg-dbus-proxy."""
+        if not shutil.which("xdg-dbus-proxy"):
+            self.skipTest("xdg-dbus-proxy is not installed")
+        path = f"{self.folder}/proxy-{time.monotonic_ns()}"
+        ready, end = os.pipe()
+        proxy = subprocess.Popen(
+            ["xdg-dbus-proxy", f"--fd={end}", bus.address, path, "--filter", *rules], pass_fds=(end,)
+        )
+        self.addCleanup(proxy.wait)
+        self.addCleanup(proxy.kill)
+        os.close(end)
+        self.assertEqual(os.read(ready, 1), b"x")
+        # The proxy ends when its other end is closed.
+        self.addCleanup(os.close, ready)
+        return f"unix:path={path}"
 
     def start_daemon(self, bus, name, path, command):
         environment = {name: value for name, value in self.environment.items() if not name.startswith("LSAN")}

@@ -1,5 +1,6 @@
 """The devices of BlueZ on the Bluetooth page."""
 
+import shutil
 import unittest
 
 from gi.repository import GLib
@@ -135,6 +136,17 @@ class BluetoothTest(MachineTest):
             self.assertEqual(driver.events("rows"), [])
         driver.ask("back")
         driver.open("bluetooth")
+        self.assertEqual(self.devices(driver), [("B", "11:22:33:44:55:01")])
+
+    @unittest.skipUnless(shutil.which("xdg-dbus-proxy"), "xdg-dbus-proxy is not installed")
+    def test_in_a_sandbox(self):
+        self.add_adapter("hci0")
+        device = self.add_device("hci0", "11:22:33:44:55:01", "A")
+        self.environment["DBUS_SYSTEM_BUS_ADDRESS"] = self.start_bus_proxy(self.system, "--talk=org.bluez")
+        driver = self.on_linux().open("bluetooth")
+        self.assertEqual(self.devices(driver), [("A", "11:22:33:44:55:01")])
+        self.update(device, Name=GLib.Variant("s", "B"))
+        self.assertEqual(self.next_events(driver), [RELOAD])
         self.assertEqual(self.devices(driver), [("B", "11:22:33:44:55:01")])
 
     def test_daemon_that_goes_and_comes_back(self):

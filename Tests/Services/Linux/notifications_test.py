@@ -1,9 +1,7 @@
 """Notifications between processes, by way of the bus of the user."""
 
-import os
 import pathlib
 import re
-import shutil
 import statistics
 import subprocess
 import time
@@ -219,22 +217,10 @@ class NotificationsTest(MachineTest):
 
     def enter_sandbox(self, *flags):
         """What is started from now on sees the bus through a proxy with these flags of the documentation."""
-        program = shutil.which("xdg-dbus-proxy")
-        if not program:
-            self.skipTest("xdg-dbus-proxy is not installed")
         documented = re.findall(r"--\w+=[^\s`]+", MANUAL.read_text())
         for flag in flags:
             self.assertIn(flag, documented)
-        path = f"{self.folder}/proxy-{time.monotonic_ns()}"
-        ready, end = os.pipe()
-        command = [program, f"--fd={end}", self.session.address, path, "--filter", *flags]
-        proxy = subprocess.Popen(command, pass_fds=[end])
-        os.close(end)
-        self.addCleanup(proxy.wait)
-        self.addCleanup(proxy.terminate)
-        self.addCleanup(os.close, ready)
-        self.assertEqual(os.read(ready, 1), b"x")
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={path}"
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus_proxy(self.session, *flags)
 
     def leave_sandbox(self):
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.session.address

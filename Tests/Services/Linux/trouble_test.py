@@ -1,6 +1,8 @@
 """Daemons that are absent, hang, die or answer rubbish: pages open quickly, show less and say nothing."""
 
 import os
+import pathlib
+import re
 import shutil
 import signal
 import socket
@@ -34,6 +36,23 @@ LAST_WORDS = {
     "a welcome": b"OK 0123456789abcdef0123456789abcdef\r\n",
     "a welcome and half a message": b"OK 0123456789abcdef0123456789abcdef\r\nl\2\1\1\0\0\0\0",
 }
+
+# From now on, a device of twenty is paired with or not any more, hundreds of times a second.
+CHURN = """
+import random
+from gi.repository import GLib
+for n in range(20):
+    self.AddDevice("hci0", "11:22:33:44:55:%02X" % n, "Device %d" % n)
+def churn(random=random, objects=objects, dbus=dbus):
+    path = "/org/bluez/hci0/dev_11_22_33_44_55_%02X" % random.randrange(20)
+    device = objects[path]
+    paired = device.props["org.bluez.Device1"]["Paired"]
+    device.UpdateProperties("org.bluez.Device1", {"Paired": dbus.Boolean(not paired)})
+    return True
+GLib.timeout_add(2, churn)
+"""
+BUILDS = 1_000 if os.environ.get("TANDEM_SANITIZED") else 10_000
+MOST_GROWTH_KB = 2_000
 
 RUBBISH = [
     ("s", "ret = 'rubbish'"),
@@ -172,6 +191,16 @@ class TroubleTest(MachineTest):
         self.assertEqual(driver.rows(), [])
         modems.wake()
         self.names_become(driver, ["SIM 1", "Carrier", "Carrier Logo"])
+
+    def test_daemons_that_are_not_running_are_not_started(self):
+        mark = self.folder / "started"
+        for name in (BLUEZ, MODEMS, OFONO):
+            self.system.offer(name, f"/usr/bin/touch {mark}")
+        driver = self.on_linux().open("bluetooth")
+        driver.ask("back")
+        driver.open("sims")
+        # A daemon that starts would have been waited for.
+        self.assertFalse(mark.exists())
 
     def test_portal_that_hangs(self):
         portal = self.mock_daemon(self.session, PORTAL, PORTAL_PATH, "org.freedesktop.portal.Settings")
@@ -432,6 +461,36 @@ class TroubleTest(MachineTest):
 
         seconds = self.quickest(attempt, True)
         print("a switch in another process while a daemon is waited for: %.0f ms" % (1000 * seconds))
+
+
+    def test_many_builds_while_devices_come_and_go(self):
+        bluez = self.mock_template("bluez5", BLUEZ, "/")
+        self.add_device(bluez)
+        bluez.answer("org.bluez.Mock", "Churn", "", CHURN)
+        driver = self.on_linux()
+        driver.ask("rows")
+        bluez.call("org.bluez.Mock", "Churn")
+        seconds = []
+        shown = set()
+        for n in range(BUILDS):
+            start = time.monotonic()
+            driver.open("bluetooth")
+            seconds.append(time.monotonic() - start)
+            shown.add(len(driver.rows()))
+            driver.ask("back")
+            if n == BUILDS // 10:
+                early = self.kilobytes_of(driver)
+        late = self.kilobytes_of(driver)
+        self.assertGreater(len(shown), 1)
+        self.assertLess(late, early + MOST_GROWTH_KB)
+        seconds.sort()
+        print("%d builds while devices come and go: median %.1f ms, 99 of 100 within %.1f ms, longest %.1f ms; "
+            "%d kB of memory after a tenth, %d kB at the end" % (BUILDS, 1000 * seconds[BUILDS // 2],
+            1000 * seconds[BUILDS * 99 // 100], 1000 * seconds[-1], early, late))
+
+    def kilobytes_of(self, driver):
+        status = pathlib.Path(f"/proc/{driver.process.pid}/status").read_text()
+        return int(re.search(r"VmRSS:\s*(\d+)", status)[1])
 
 
 class RealDaemonsTest(TroubleTest):

@@ -29,7 +29,7 @@ Variant parsed(const std::string& text)
     return Variant(value);
 }
 
-TestDaemon::TestDaemon(const BusContext& context, const std::string& address)
+TestDaemon::TestDaemon(const BusContext& context, const std::string& address, const char* ownName)
 {
     const BusContext::Scope scope(context);
     _connection.reset(
@@ -41,7 +41,7 @@ TestDaemon::TestDaemon(const BusContext& context, const std::string& address)
     static const GDBusInterfaceVTable table { called, nullptr, nullptr, {} };
     g_dbus_connection_register_object(_connection.get(), "/", objectManager(), &table, this, nullptr, nullptr);
     g_variant_unref(g_dbus_connection_call_sync(_connection.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus",
-        "org.freedesktop.DBus", "RequestName", g_variant_new("(su)", name, 0), nullptr, G_DBUS_CALL_FLAGS_NONE,
+        "org.freedesktop.DBus", "RequestName", g_variant_new("(su)", ownName, 0), nullptr, G_DBUS_CALL_FLAGS_NONE,
         standardTimeout, nullptr, nullptr));
 }
 

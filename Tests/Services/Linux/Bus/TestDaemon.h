@@ -15,7 +15,7 @@ class TestDaemon {
 public:
     static constexpr const char* name = "org.example.Daemon";
 
-    TestDaemon(const BusContext& context, const std::string& address);
+    TestDaemon(const BusContext& context, const std::string& address, const char* ownName = name);
     TestDaemon(const TestDaemon&) = delete;
     TestDaemon& operator=(const TestDaemon&) = delete;
     /// The name loses its owner.
