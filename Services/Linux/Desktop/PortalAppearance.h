@@ -17,7 +17,7 @@ public:
     PortalAppearance& operator=(const PortalAppearance&) = delete;
     ~PortalAppearance() override { _settings->setObserver(nullptr); }
 
-    /// Called when the context delivers its news, after one of them has changed that somebody has asked for.
+    /// Called when the context delivers its news, after one of them has changed; not before the first was asked for.
     void setObserver(std::function<void()> observer) { _observer = std::move(observer); }
 
     // Appearance

@@ -30,7 +30,6 @@ private:
     std::shared_ptr<FirstWait> _wait;
     bool _hasWaited = false;
     BusInterfaces _groups;
-    /// What the portal has told of since it was asked, of which its answer may know nothing; absent when no answer is
-    /// due.
+    /// The changes since the portal was asked, which its answer may not contain; absent when no answer is due.
     std::optional<BusInterfaces> _changes;
 };
