@@ -83,10 +83,10 @@ public:
     {
     }
 
-    bool open(const std::string& url) override
+    bool open(const std::string& url, std::function<void()> onFailure) override
     {
         _events.add({ { "event", "link" }, { "url", url } });
-        return _next->open(url);
+        return _next->open(url, std::move(onFailure));
     }
 
 private:

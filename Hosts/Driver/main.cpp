@@ -1,5 +1,6 @@
 #include "Driver/CommandLine.h"
 #include "Driver/DriverSession.h"
+#include "Driver/InputLines.h"
 #include "Driver/LayoutCheck.h"
 #include "Driver/Printer.h"
 #include "Driver/Watch.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <charconv>
 #include <iostream>
+#include <unistd.h>
 
 namespace {
 
@@ -100,8 +102,9 @@ int check(const CommandLine& line)
 
 int drive(DriverSession& session)
 {
-    for (std::string line; std::getline(std::cin, line);)
-        std::cout << lineOf(session.handleLine(line)) << std::endl;
+    InputLines lines(STDIN_FILENO, [&session] { session.host().waitUntilReadable(STDIN_FILENO); });
+    while (const auto line = lines.next())
+        std::cout << lineOf(session.handleLine(*line)) << std::endl;
     return 0;
 }
 

@@ -82,7 +82,8 @@ ListView {
     Accessible.ignored: !list.enabled || !list.visible
     Accessible.name: list.page.title
     Accessible.role: Accessible.List
-    activeFocusOnTab: list.currentIndex >= 0
+    // The keyboard may be here when the last row goes.
+    activeFocusOnTab: list.currentIndex >= 0 || list.activeFocus
     bottomMargin: 24
     // Rows are quickly made when they come into sight. Made ahead, they are still on their way when a page drops rows.
     cacheBuffer: 0

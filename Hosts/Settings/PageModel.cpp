@@ -171,8 +171,8 @@ void PageModel::pressRight()
 
 void PageModel::openLink()
 {
-    if (Phone::current().links)
-        _host.turn([this] { Phone::current().links->open(link().toStdString()); });
+    if (const auto page = std::dynamic_pointer_cast<VXWebKitViewController>(_controller))
+        _host.turn([&page] { page->openInBrowser(); });
 }
 
 void PageModel::liveWith(QObject* item)

@@ -95,6 +95,9 @@ void SettingsHost::startFollowing()
     connect(&_watcher, &QFileSystemWatcher::fileChanged, this, &SettingsHost::catchUp);
     connect(&_watcher, &QFileSystemWatcher::directoryChanged, this, &SettingsHost::catchUp);
     qGuiApp->installEventFilter(this);
+    _session->setDataObserver([this] { turn([] {}); });
+    if (BusContext* context = _session->busContext())
+        _busLoop = std::make_unique<BusLoop>(*context);
     catchUp();
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BusLoop.h"
 #include "PageStack.h"
 #include "Shared/HostSession.h"
 #include "SheetModel.h"
@@ -42,7 +43,7 @@ public:
     /// To be called when a page has made a cell: cells come into sight without a turn, which would close the image
     /// contexts that they leave open.
     void closeImageContexts() const;
-    /// From now on the window follows the settings file and the system's appearance.
+    /// From now on the window follows the settings file, the phone's buses and the system's appearance.
     void startFollowing();
     void setDark(bool dark);
     /// One page back, where nothing stands above the page.
@@ -92,6 +93,8 @@ private:
     /// Sheets that were taken down, kept while the window may still be moving them away.
     std::vector<std::shared_ptr<SheetModel>> _goneSheets;
     QFileSystemWatcher _watcher;
+    /// Null on a phone without buses.
+    std::unique_ptr<BusLoop> _busLoop;
     /// The page on top has not been on the screen yet.
     bool _hasNewPage = false;
     double _fadeSeconds = 0;

@@ -2,7 +2,6 @@
 #include "SettingsWindow.h"
 #include "WindowOptions.h"
 
-#include "Linux/BusCaller.h"
 #include "Shared/LeakCheck.h"
 
 #include <QFontDatabase>
@@ -110,12 +109,7 @@ int run(int argumentCount, char** arguments)
     QGuiApplication::setApplicationName(QStringLiteral("tandem-settings"));
     QGuiApplication::setApplicationDisplayName(QStringLiteral("Pairo"));
 
-    // The bus, fonts and the window's files are looked up beside this thread while it opens the phone, and fonts do not
-    // wait for the bus.
-    const std::jthread connecting([isLinux = options->host.phone == HostOptions::linuxPhone] {
-        if (isLinux)
-            sessionBus();
-    });
+    // Fonts and the window's files are looked up beside this thread while it opens the phone.
     const std::jthread lookingUp([] { QFontDatabase::families(); });
     auto engine = SettingsWindow::loadingEngine();
     auto theme = themeFor(*options);

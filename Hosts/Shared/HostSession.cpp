@@ -98,6 +98,7 @@ Result<void> HostSession::openPhone(Phone& phone)
         _linuxPhone =
             std::make_unique<LinuxPhone>([files = _files](const std::string& path) { return files->hostPath(path); });
         _linuxPhone->setAppearanceObserver([this] { appearanceChanged(); });
+        _linuxPhone->setDataObserver([this] { dataChanged(); });
         phone = _linuxPhone->phone();
         return {};
     }
@@ -142,6 +143,13 @@ Result<void> HostSession::openRootPage(const std::shared_ptr<UIPresentationObser
 
 Result<void> HostSession::turn(const std::function<void()>& act)
 {
+    const auto done = singleTurn(act);
+    // What the page was the first to ask for may have come since.
+    return _hasStaleData && done ? singleTurn([] {}) : done;
+}
+
+Result<void> HostSession::singleTurn(const std::function<void()>& act)
+{
     const TurnEnd end { *this };
     if (_linuxPhone)
         _linuxPhone->beginTurn();
@@ -152,6 +160,7 @@ Result<void> HostSession::turn(const std::function<void()>& act)
             _hasStaleCompanions = true;
         if (_settingsFile->hasChanged() && !_navigation->viewControllers().empty())
             catchUp();
+        showData();
         act();
     } catch (const std::out_of_range& rangeError) {
         if (const auto& log = Phone::current().systemLog)
@@ -171,8 +180,18 @@ HostSession::TurnEnd::~TurnEnd()
     session._turnFiles->endTurn();
     file.unlock();
     UIGraphicsDrainImageContexts();
-    if (session._linuxPhone)
-        session._linuxPhone->endTurn();
+    if (!session._linuxPhone)
+        return;
+    if (session._linuxPhone->wereDataGiven())
+        session._dataPage = session._navigation->topViewController();
+    session._linuxPhone->endTurn();
+}
+
+void HostSession::waitUntilReadable(int descriptor)
+{
+    // Reading waits too.
+    if (_linuxPhone)
+        _linuxPhone->waitUntilReadable(descriptor);
 }
 
 void HostSession::catchUp()
@@ -214,4 +233,20 @@ void HostSession::appearanceChanged()
         controller->traitCollectionDidChange();
     if (_appearanceObserver)
         _appearanceObserver();
+}
+
+void HostSession::dataChanged()
+{
+    _hasStaleData = true;
+    if (_dataObserver)
+        _dataObserver();
+}
+
+void HostSession::showData()
+{
+    if (!std::exchange(_hasStaleData, false))
+        return;
+    const auto page = std::dynamic_pointer_cast<PSListController>(_dataPage.lock());
+    if (page && page->navigationController())
+        page->reloadSpecifiers();
 }

@@ -36,6 +36,10 @@ public:
     /// was: it is logged, and the turn fails with its text. Other exceptions of `act` go on to the caller.
     Result<void> turn(const std::function<void()>& act);
 
+    /// Waits until there is something to read from the descriptor, or it has ended, for a host whose events come from
+    /// there. What the machine's services have to do meanwhile is done.
+    void waitUntilReadable(int descriptor);
+
     UINavigationController& navigation() { return *_navigation; }
     std::shared_ptr<PSListController> rootPage() const { return _root; }
     /// Null on another phone.
@@ -54,6 +58,11 @@ public:
 
     /// Called after something that the phone's appearance tells has changed, when the pages have been told.
     void setAppearanceObserver(std::function<void()> observer) { _appearanceObserver = std::move(observer); }
+    /// Called when devices or SIMs that a page may show have changed. The next turn, or the one under way, builds the
+    /// rows of that page anew.
+    void setDataObserver(std::function<void()> observer) { _dataObserver = std::move(observer); }
+    /// For an event loop that is to wait for the phone's buses too; null on a phone without any.
+    BusContext* busContext() { return _linuxPhone ? &_linuxPhone->busContext() : nullptr; }
     /// From now on the pages are dark, or light, whatever the system's appearance is. False on a phone without one.
     bool setDarkAppearance(bool dark);
 
@@ -66,8 +75,12 @@ private:
 
     HostSession() = default;
 
+    Result<void> singleTurn(const std::function<void()>& act);
     Result<void> openPhone(Phone& phone);
     void appearanceChanged();
+    void dataChanged();
+    /// Builds the rows anew of the page that shows devices or SIMs, when these have changed.
+    void showData();
     Result<void> provision();
     void catchUp();
     void reloadPages();
@@ -88,4 +101,8 @@ private:
     std::shared_ptr<PSListController> _root;
     std::optional<std::string> _notice;
     std::function<void()> _appearanceObserver;
+    std::function<void()> _dataObserver;
+    /// The page that last asked for devices or SIMs.
+    std::weak_ptr<UIViewController> _dataPage;
+    bool _hasStaleData = false;
 };

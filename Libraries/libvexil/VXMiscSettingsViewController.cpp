@@ -5,8 +5,10 @@
 #include "Foundation/UserDirectories.h"
 #include "Phone/Phone.h"
 #include "UIKit/UIAlertController.h"
+#include "libvexil/VXErrorAlert.h"
 #include "libvexil/VXFooterText.h"
 #include "libvexil/VXLogMask.h"
+#include "libvexil/VXText.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -41,11 +43,6 @@ constexpr const char* cutLineMessage = "(%@ earlier characters are sent too)\n%@
 /// end.
 constexpr std::size_t mostLinesShown = 200;
 constexpr std::size_t mostBytesShown = 20'000;
-
-std::string translated(const char* text)
-{
-    return NSBundle::mainBundle()->localizedStringForKey_value_table(text, "", "");
-}
 
 /// Where the line begins that ends there; its end may be a line break.
 std::size_t startOfLine(std::string_view log, std::size_t end)
@@ -100,22 +97,6 @@ std::optional<std::string> textOfFile(const std::string& path)
 {
     const auto content = dataWithContentsOfFile(path);
     return content ? std::optional<std::string>(std::in_place, content->begin(), content->end()) : std::nullopt;
-}
-
-std::shared_ptr<UIAlertController> errorAlert(const std::string& title, const std::string& message)
-{
-    const auto alert = UIAlertController::alertControllerWithTitle_message_preferredStyle(
-        title, message, UIAlertControllerStyle::Alert);
-    alert->addAction({ translated("OK"), UIAlertActionStyle::Cancel, nullptr });
-    return alert;
-}
-
-/// On whatever stands on the screen: what has failed late must be told, though its page is covered or left.
-void showErrorOnTop(const UINavigationController& navigation, const std::string& title, const std::string& message)
-{
-    if (const auto page = navigation.topViewController())
-        page->topmostViewController()->presentViewController_animated_completion(
-            errorAlert(title, message), true, nullptr);
 }
 
 /// On the user's own clock, which may be set to another time zone while the program runs.
@@ -233,10 +214,7 @@ void VXMiscSettingsViewController::sendAsShown(const std::string& log, const std
 void VXMiscSettingsViewController::sendLogFile(const std::string& file)
 {
     MailDraft draft { supportAddress, stringWithFormat(translated("%@ log"), { productName() }), "", { file } };
-    draft.onFailure = [weakNavigation = std::weak_ptr(navigationController()), title = productName()] {
-        if (const auto navigation = weakNavigation.lock())
-            showErrorOnTop(*navigation, title, translated(noMailMessage));
-    };
+    draft.onFailure = showingErrorOnTop(navigationController(), productName(), translated(noMailMessage));
     const auto& mail = Phone::current().mail;
     if (!mail || !mail->compose(draft))
         showError(translated(noMailMessage));

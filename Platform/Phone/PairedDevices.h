@@ -6,6 +6,8 @@
 struct PairedDevice {
     std::string name;
     std::string address;
+
+    bool operator==(const PairedDevice&) const = default;
 };
 
 /// The Bluetooth devices that the phone is paired with.

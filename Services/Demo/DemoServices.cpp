@@ -77,7 +77,7 @@ bool DemoMail::compose(const MailDraft& draft)
     return true;
 }
 
-bool DemoLinks::open(const std::string& url)
+bool DemoLinks::open(const std::string& url, std::function<void()> /*onFailure*/)
 {
     _urls.push_back(url);
     return true;

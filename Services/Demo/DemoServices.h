@@ -117,7 +117,7 @@ public:
     const std::vector<std::string>& urls() const { return _urls; }
 
     // Links
-    bool open(const std::string& url) override;
+    bool open(const std::string& url, std::function<void()> onFailure) override;
 
 private:
     std::vector<std::string> _urls;

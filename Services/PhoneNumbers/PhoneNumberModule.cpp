@@ -1,4 +1,4 @@
-#include "Linux/PhoneNumberModule.h"
+#include "Linux/Telephony/PhoneNumberModule.h"
 
 #include <phonenumbers/phonenumberutil.h>
 

@@ -119,10 +119,14 @@ public:
 
 class RecordedLinks final : public Links {
 public:
-    bool open(const std::string& url) override
+    bool open(const std::string& url, std::function<void()> onFailure) override
     {
         urls.push_back(url);
-        return true;
+        fail = std::move(onFailure);
+        return works;
     }
     std::vector<std::string> urls;
+    /// The browser has not opened the last one after all.
+    std::function<void()> fail;
+    bool works = true;
 };

@@ -1,6 +1,7 @@
 """A ModemManager of python3-dbusmock: modems with slots, SIMs in them, and the networks they are registered with.
 
-Modems are added by `AddModem`, SIMs by `AddSim`; what they are like is set with the mock's own `UpdateProperties`.
+Modems are added by `AddModem`, SIMs by `AddSim`; what they are like is set with the mock's own `UpdateProperties`. Its
+signals tell of each change, as those of the daemon do.
 """
 
 import dbus
@@ -14,6 +15,7 @@ IS_OBJECT_MANAGER = False
 
 MODEM = "org.freedesktop.ModemManager1.Modem"
 NETWORK = "org.freedesktop.ModemManager1.Modem.Modem3gpp"
+OBJECT_MANAGER = "org.freedesktop.DBus.ObjectManager"
 SIM = "org.freedesktop.ModemManager1.Sim"
 CONTROL = "com.vexil.Mock"
 
@@ -57,7 +59,17 @@ def AddModem(self, device, slots):
         "OperatorName": dbus.String(""),
     })
     self.modems.append(path)
+    interfaces = dbus.Dictionary({name: modem.props[name] for name in (MODEM, NETWORK)}, signature="sa{sv}")
+    self.EmitSignal(OBJECT_MANAGER, "InterfacesAdded", "oa{sa{sv}}", [dbus.ObjectPath(path), interfaces])
     return path
+
+
+@dbus.service.method(CONTROL, in_signature="s", out_signature="")
+def RemoveModem(self, path):
+    self.modems.remove(path)
+    self.RemoveObject(path)
+    names = dbus.Array([MODEM, NETWORK], signature="s")
+    self.EmitSignal(OBJECT_MANAGER, "InterfacesRemoved", "oas", [dbus.ObjectPath(path), names])
 
 
 @dbus.service.method(CONTROL, in_signature="susss", out_signature="s")
@@ -72,32 +84,45 @@ def AddSim(self, modem_path, slot, iccid, network, name):
         "OperatorIdentifier": dbus.String(network),
         "OperatorName": dbus.String(name),
     }, [])
-    properties = dbusmock.mockobject.objects[modem_path].props[MODEM]
-    if len(properties["SimSlots"]) > 0:
-        properties["SimSlots"][slot - 1] = dbus.ObjectPath(path)
-    if slot == 1:
-        properties["Sim"] = dbus.ObjectPath(path)
+    put_into_slot(modem_path, slot, dbus.ObjectPath(path))
     return path
+
+
+def put_into_slot(modem_path, slot, sim):
+    modem = dbusmock.mockobject.objects[modem_path]
+    slots = list(modem.props[MODEM]["SimSlots"])
+    changed = {}
+    if slots:
+        slots[slot - 1] = sim
+        changed["SimSlots"] = dbus.Array(slots, signature="o")
+    if slot == 1:
+        changed["Sim"] = sim
+    change(modem, MODEM, changed)
+
+
+def change(mocked, interface, changed):
+    # The mock's own way cannot pass paths on.
+    mocked.props[interface].update(changed)
+    arguments = [interface, dbus.Dictionary(changed, signature="sv"), dbus.Array([], signature="s")]
+    mocked.EmitSignal(dbus.PROPERTIES_IFACE, "PropertiesChanged", "sa{sv}as", arguments)
 
 
 @dbus.service.method(CONTROL, in_signature="su", out_signature="")
 def RemoveSim(_self, modem_path, slot):
-    properties = dbusmock.mockobject.objects[modem_path].props[MODEM]
-    if len(properties["SimSlots"]) > 0:
-        properties["SimSlots"][slot - 1] = dbus.ObjectPath("/")
-    if slot == 1:
-        properties["Sim"] = dbus.ObjectPath("/")
+    put_into_slot(modem_path, slot, dbus.ObjectPath("/"))
 
 
 @dbus.service.method(CONTROL, in_signature="suss", out_signature="")
 def Register(_self, modem_path, state, code, name):
     """The modem is in that network: 1 for the home network, 5 for roaming."""
-    network = dbusmock.mockobject.objects[modem_path].props[NETWORK]
-    network["RegistrationState"] = dbus.UInt32(state)
-    network["OperatorCode"] = dbus.String(code)
-    network["OperatorName"] = dbus.String(name)
+    change(dbusmock.mockobject.objects[modem_path], NETWORK, {
+        "RegistrationState": dbus.UInt32(state),
+        "OperatorCode": dbus.String(code),
+        "OperatorName": dbus.String(name),
+    })
 
 
 @dbus.service.method(CONTROL, in_signature="sas", out_signature="")
 def SetOwnNumbers(_self, modem_path, numbers):
-    dbusmock.mockobject.objects[modem_path].props[MODEM]["OwnNumbers"] = dbus.Array(numbers, signature="s")
+    changed = {"OwnNumbers": dbus.Array(numbers, signature="s")}
+    change(dbusmock.mockobject.objects[modem_path], MODEM, changed)

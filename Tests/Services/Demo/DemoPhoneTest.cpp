@@ -241,7 +241,7 @@ TEST_F(DemoPhoneFile, MailAndLinksAreKept)
     const Phone phone = demo->phone();
     EXPECT_TRUE(phone.mail->compose({ "a@example.org", "Log", "", { "/log" } }));
     EXPECT_TRUE(phone.mail->compose({ "b@example.org", "Log", "", {} }));
-    EXPECT_TRUE(phone.links->open("https://example.org/"));
+    EXPECT_TRUE(phone.links->open("https://example.org/", nullptr));
     ASSERT_EQ(demo->drafts().size(), 2U);
     EXPECT_EQ(demo->drafts()[0].recipient, "a@example.org");
     EXPECT_EQ(demo->drafts()[0].attachments, std::vector<std::string> { "/log" });
@@ -256,5 +256,5 @@ TEST_F(DemoPhoneFile, ServicesOutliveThePhone)
     demo.reset();
     EXPECT_TRUE(phone.appearance->isDark());
     EXPECT_TRUE(phone.pairedDevices->devices().empty());
-    EXPECT_TRUE(phone.links->open("https://example.org/"));
+    EXPECT_TRUE(phone.links->open("https://example.org/", nullptr));
 }

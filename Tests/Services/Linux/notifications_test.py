@@ -2,7 +2,6 @@
 
 import pathlib
 import re
-import signal
 import statistics
 import subprocess
 import time
@@ -11,12 +10,21 @@ import unittest
 from gi.repository import Gio, GLib
 
 import support
-from machine import MachineTest, python_path
+from machine import PORTAL, MachineTest, python_path
+
+BUS = "org.freedesktop.DBus"
+BUS_PATH = "/org/freedesktop/DBus"
 
 INTERFACE = "com.vexil.DarwinNotifications"
 PATH = "/com/vexil/DarwinNotifications"
 MANY = 10_000
 ROUND_TRIPS = 200
+LISTENING_IN_SANDBOX = f"--broadcast=com.vexil.Tandem.Notifications.*={INTERFACE}.Posted@{PATH}"
+TALKING_IN_SANDBOX = "--talk=com.vexil.Tandem.Notifications.*"
+POSTING_IN_SANDBOX = "--own=com.vexil.Tandem.Notifications.*"
+PORTALS_IN_SANDBOX = f"--talk={PORTAL}"
+# Less than any daemon is waited for.
+AT_ONCE_SECONDS = 0.3
 MANUAL = pathlib.Path(__file__).parents[3] / "Documentation" / "notifications.md"
 
 
@@ -50,6 +58,9 @@ class NotificationsTest(MachineTest):
 
     def flush(self):
         self.session.connection.flush_sync(None)
+
+    def ask_bus(self, method, arguments=None):
+        return self.session.call(BUS, BUS_PATH, BUS, method, arguments)
 
     def test_change_of_one_process_reaches_another(self):
         watch = self.watch()
@@ -99,9 +110,7 @@ class NotificationsTest(MachineTest):
             watch.next()
             latencies.append(time.perf_counter() - start)
             start = time.perf_counter()
-            self.session.call(
-                "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetId"
-            )
+            self.ask_bus("GetId")
             floors.append(time.perf_counter() - start)
         print(
             "from posting to another process's line: median %.0f us; a call to the bus itself: median %.0f us"
@@ -123,13 +132,130 @@ class NotificationsTest(MachineTest):
 
     def test_bus_that_hung_when_the_program_started_gets_what_is_posted_later(self):
         watch = self.watch(support.CALLS_CHANGED)
-        self.session.process.send_signal(signal.SIGSTOP)
-        self.addCleanup(self.session.process.send_signal, signal.SIGCONT)
+        self.session.hang()
         driver = self.on_linux().open("calls")
-        self.session.process.send_signal(signal.SIGCONT)
-        # It has come back when it answers somebody.
-        self.session.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "GetId")
+        self.session.wake()
         driver.ask("set", row="ShowSimSlectionForCalls", value=False)
+        self.assertEqual(watch.next(), support.CALLS_CHANGED)
+
+    def test_bus_that_hangs_gets_what_is_posted_when_it_wakes(self):
+        watch = self.watch()
+        self.session.hang()
+        driver = self.on_linux().open("calls")
+        driver.ask("set", row="ShowSimSlectionForCalls", value=False)
+        driver.ask("back")
+        driver.ask("set", row="TandemEnabled", value=False)
+        self.session.wake()
+        self.assertEqual([watch.next(), watch.next()], [support.CALLS_CHANGED, support.MASTER_CHANGED])
+
+    def test_bus_that_hangs_when_the_program_ends_gets_what_was_posted(self):
+        watch = self.watch()
+        driver = self.on_linux().open("calls")
+        self.session.hang()
+        driver.ask("set", row="ShowSimSlectionForCalls", value=False)
+        driver.close()
+        self.session.wake()
+        self.assertEqual(watch.next(), support.CALLS_CHANGED)
+
+    def test_bus_that_comes_later_gets_what_is_posted_then(self):
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.folder}/late"
+        driver = self.on_linux().open("calls")
+        driver.ask("set", row="ShowSimSlectionForCalls", value=False)
+        self.session = self.start_bus("late")
+        watch = self.watch()
+        driver.ask("back")
+        driver.ask("set", row="TandemEnabled", value=False)
+        self.assertEqual(watch.next(), support.MASTER_CHANGED)
+
+    def seconds_to_end(self, hang_before_start):
+        """How long a session takes to end that has posted something on a bus that hangs."""
+
+        def attempt():
+            if hang_before_start:
+                self.session.hang()
+            driver = self.on_linux().open("calls")
+            # Texts are coloured, for which the desktop is waited for.
+            driver.ask("cell", row="ShowSimSlectionForCalls")
+            self.session.hang()
+            driver.ask("set", row="ShowSimSlectionForCalls", value=False)
+            start = time.monotonic()
+            driver.close()
+            seconds = time.monotonic() - start
+            self.session.wake()
+            return seconds, None
+
+        return self.quickest(attempt, None, AT_ONCE_SECONDS)
+
+    def test_bus_that_hangs_does_not_delay_the_end(self):
+        print("end of a session, bus hung since before it: %.0f ms" % (1000 * self.seconds_to_end(True)))
+        print("end of a session, bus hung in the middle: %.0f ms" % (1000 * self.seconds_to_end(False)))
+
+    def test_poster_owns_a_name_of_its_own(self):
+        heard = []
+        loop = GLib.MainLoop()
+
+        def hear(_connection, sender, *_):
+            heard.append(sender)
+            if len(heard) == 2:
+                loop.quit()
+
+        self.session.connection.signal_subscribe(
+            None, INTERFACE, "Posted", PATH, None, Gio.DBusSignalFlags.NONE, hear
+        )
+        drivers = [self.on_linux().open("calls") for _ in range(2)]
+        for driver in drivers:
+            driver.ask("set", row="ShowSimSlectionForCalls", value=False)
+        loop.run()
+        self.assertEqual(len(set(heard)), 2)
+        for sender in heard:
+            name = "com.vexil.Tandem.Notifications.c" + sender.removeprefix(":").replace(".", "_")
+            self.assertEqual(self.ask_bus("GetNameOwner", GLib.Variant("(s)", (name,))), sender)
+
+    def test_process_that_posts_nothing_owns_no_name(self):
+        self.on_linux().open("calls")
+        self.assertEqual([name for name in self.ask_bus("ListNames") if "vexil" in name], [])
+
+    def enter_sandbox(self, *flags):
+        """What is started from now on sees the bus through a proxy with these flags of the documentation."""
+        documented = re.findall(r"--\w+=[^\s`]+", MANUAL.read_text())
+        for flag in flags:
+            self.assertIn(flag, documented)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.start_bus_proxy(self.session, *flags)
+
+    def leave_sandbox(self):
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.session.address
+
+    def change_calls(self):
+        self.run_tandem("--phone", "linux", "set", "calls", "ShowSimSlectionForCalls", "off")
+
+    def test_listener_in_a_sandbox(self):
+        for flag in (LISTENING_IN_SANDBOX, TALKING_IN_SANDBOX):
+            with self.subTest(flag=flag):
+                self.enter_sandbox(flag)
+                watch = self.watch()
+                self.leave_sandbox()
+                # One who has no name below ours is not let through.
+                self.post("unnamed")
+                self.change_calls()
+                self.assertEqual(watch.next(), support.CALLS_CHANGED)
+
+    def test_program_in_a_sandbox(self):
+        self.start_portal()
+        watch = self.watch()
+        self.enter_sandbox(PORTALS_IN_SANDBOX)
+        self.change_calls()
+        self.assertEqual(watch.next(), support.CALLS_CHANGED)
+        driver = self.on_linux()
+        driver.ask("tap", row="VexilProducts")
+        driver.close()
+        self.assertEqual(self.portal_record("links"), ["https://vexil.example/products?from=Pairo"])
+
+    def test_program_in_a_sandbox_and_listener_in_another(self):
+        self.enter_sandbox(LISTENING_IN_SANDBOX)
+        watch = self.watch()
+        self.leave_sandbox()
+        self.enter_sandbox(POSTING_IN_SANDBOX)
+        self.change_calls()
         self.assertEqual(watch.next(), support.CALLS_CHANGED)
 
     def test_example_of_the_documentation(self):
@@ -137,40 +263,11 @@ class NotificationsTest(MachineTest):
         self.assertLessEqual(len(script.splitlines()), 10)
         file = self.folder / "listener.py"
         file.write_text(script)
-        waiter = self.wait_for_match()
+        wait_for_match = self.session.expect_call("AddMatch", INTERFACE)
         listener = Listener(self, [python_path(), "-u", file])
-        waiter()
+        wait_for_match()
         self.post(support.CALLS_CHANGED)
         self.assertEqual(listener.next(), support.CALLS_CHANGED)
-
-    def wait_for_match(self):
-        """What waits until another process has asked the bus for signals of ours."""
-        monitor = Gio.DBusConnection.new_for_address_sync(
-            self.session.address,
-            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION,
-            None,
-            None,
-        )
-        loop = GLib.MainLoop()
-
-        def hear(_connection, message, incoming):
-            body = message.get_body()
-            if incoming and message.get_member() == "AddMatch" and INTERFACE in body.unpack()[0]:
-                loop.quit()
-            return None if incoming else message
-
-        rules = GLib.Variant("(asu)", (["type='method_call',member='AddMatch'"], 0))
-        monitor.call_sync(
-            "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.Monitoring", "BecomeMonitor",
-            rules, None, Gio.DBusCallFlags.NONE, -1, None,
-        )
-        monitor.add_filter(hear)
-
-        def wait():
-            loop.run()
-            monitor.close_sync(None)
-
-        return wait
 
 
 if __name__ == "__main__":

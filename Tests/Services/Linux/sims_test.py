@@ -11,6 +11,7 @@ from machine import MODEMMANAGER, UNBOUNDED_SECONDS, MachineTest
 MODEM_SERVICE = "org.freedesktop.ModemManager1"
 MODEM_PATH = "/org/freedesktop/ModemManager1"
 CONTROL = "com.vexil.Mock"
+SIM = "org.freedesktop.ModemManager1.Sim"
 OFONO = "org.ofono"
 
 NAMESPACE = uuid.UUID("6d1f7a52-0c4e-5b37-9a63-2e8f41d07b19")
@@ -39,6 +40,10 @@ class SimsTest(MachineTest):
                 cell = driver.ask("cell", row=row["index"])["cell"]
                 shown.append((row["name"], identifier[4:], cell["detailTextLabel"]["text"]))
         return shown
+
+    def labels_become(self, driver, labels):
+        while [row["name"] for row in driver.rows() if (row["identifier"] or "").startswith("SIM+")] != labels:
+            pass
 
     def marks_of_a_new_binding(self):
         """The accessory of each SIM, by its key, under a device that has just been bound: 3 is a mark."""
@@ -241,13 +246,27 @@ class ModemManagerTest(SimsTest):
         modem = self.add_modem(slots=2)
         self.add_sim(modem, 1, FIRST, name="One")
         driver = self.on_linux().open("sims")
-        self.add_sim(modem, 2, SECOND, name="Two")
+        second = self.add_sim(modem, 2, SECOND, name="Two")
         self.control("RemoveSim", "(su)", modem, 1)
-        self.assertEqual([key for _, key, _ in self.sims(driver)], [key_of(FIRST)])
-        self.assertEqual(driver.events("rows"), [])
-        driver.ask("back")
-        driver.open("sims")
+        while f"SIM+{key_of(FIRST)}" in driver.identifiers():
+            pass
         self.assertEqual([key for _, key, _ in self.sims(driver)], [key_of(SECOND)])
+        self.modems.mock(
+            "UpdateProperties", GLib.Variant("(sa{sv})", (SIM, {"OperatorName": GLib.Variant("s", "Other")})), second
+        )
+        self.labels_become(driver, ["Other"])
+        self.control("RemoveModem", "(s)", modem)
+        while driver.rows():
+            pass
+
+    def test_modem_that_comes_while_the_page_is_open(self):
+        driver = self.on_linux().open("sims")
+        self.assertEqual(self.sims(driver), [])
+        modem = self.add_modem()
+        self.add_sim(modem, name="One", number="+4915112345678")
+        self.control("Register", "(suss)", modem, HOME, TELEKOM, "Telekom.de")
+        self.labels_become(driver, ["Telekom.de"])
+        self.assertEqual(self.sims(driver), [("Telekom.de", key_of(FIRST), "Telekom.de - +49 1511 2345678")])
 
     def test_first_slot_is_the_default_line(self):
         modem = self.add_modem(slots=2)
@@ -316,6 +335,31 @@ class OfonoTest(SimsTest):
         self.set_sim("/ril_0", SubscriberNumbers=GLib.Variant("as", ["\x1b+4915112345678\n"]))
         [(label, _, detail)] = self.sims()
         self.assertEqual((label, detail), ("Net work", "Net work - +49 1511 2345678"))
+
+    def tell(self, path, interface, name, value):
+        """The daemon tells of a change as oFono does, which is not how the mock tells of it."""
+        arguments = ("PropertyChanged", "sv", [GLib.Variant("s", name), value])
+        self.ofono.mock("EmitSignal", GLib.Variant("(sssav)", (interface, *arguments)), path)
+
+    def test_what_changes_while_the_page_is_open(self):
+        driver = self.on_linux().open("sims")
+        network = "org.ofono.NetworkRegistration"
+        self.assertEqual(self.sims(driver)[0][0], "fake.tel")
+        self.tell("/ril_0", network, "Name", GLib.Variant("s", "Other"))
+        self.labels_become(driver, ["Other"])
+        self.tell("/ril_0", network, "Status", GLib.Variant("s", "roaming"))
+        self.tell("/ril_0", "org.ofono.SimManager", "ServiceProviderName", GLib.Variant("s", "Card"))
+        self.labels_become(driver, ["Card"])
+        self.ofono.mock("AddModem", GLib.Variant("(sa{sv})", ("ril_1", {})))
+        self.labels_become(driver, ["Card", "fake.tel"])
+        self.tell("/ril_0", "org.ofono.Modem", "Interfaces", GLib.Variant("as", [network]))
+        self.labels_become(driver, ["fake.tel"])
+        # It is asked again, as there may be another card by then.
+        self.tell("/ril_0", "org.ofono.Modem", "Interfaces", GLib.Variant("as", [network, "org.ofono.SimManager"]))
+        self.labels_become(driver, ["AT&T", "fake.tel"])
+        removed = GLib.Variant("(sssav)", ("org.ofono.Manager", "ModemRemoved", "o", [GLib.Variant("o", "/ril_1")]))
+        self.ofono.mock("EmitSignal", removed)
+        self.labels_become(driver, ["AT&T"])
 
     def test_absent_sim(self):
         self.set_sim("/ril_0", Present=GLib.Variant("b", False))

@@ -1,6 +1,8 @@
 """Daemons that are absent, hang, die or answer rubbish: pages open quickly, show less and say nothing."""
 
 import os
+import pathlib
+import re
 import shutil
 import signal
 import socket
@@ -11,13 +13,12 @@ from gi.repository import GLib
 
 import modemmanager
 import support
-from machine import MODEMMANAGER, PORTAL, PORTAL_PATH, UNBOUNDED_SECONDS, MachineTest
+from machine import LONGEST_SECONDS, MODEMMANAGER, PORTAL, PORTAL_PATH, UNBOUNDED_SECONDS, FalteringBus, MachineTest
 
 SLOW_SECONDS = 0.3
 ALL_OBJECTS = "ret = {dbus.ObjectPath(p): objects[p].props for p in objects if p != '/'}"
 ADDRESS = "11:22:33:44:55:66"
 
-BUS = "org.freedesktop.DBus"
 OBJECT_MANAGER = "org.freedesktop.DBus.ObjectManager"
 PROPERTIES = "org.freedesktop.DBus.Properties"
 BLUEZ = "org.bluez"
@@ -35,6 +36,23 @@ LAST_WORDS = {
     "a welcome": b"OK 0123456789abcdef0123456789abcdef\r\n",
     "a welcome and half a message": b"OK 0123456789abcdef0123456789abcdef\r\nl\2\1\1\0\0\0\0",
 }
+
+# From now on, a device of twenty is paired with or not any more, hundreds of times a second.
+CHURN = """
+import random
+from gi.repository import GLib
+for n in range(20):
+    self.AddDevice("hci0", "11:22:33:44:55:%02X" % n, "Device %d" % n)
+def churn(random=random, objects=objects, dbus=dbus):
+    path = "/org/bluez/hci0/dev_11_22_33_44_55_%02X" % random.randrange(20)
+    device = objects[path]
+    paired = device.props["org.bluez.Device1"]["Paired"]
+    device.UpdateProperties("org.bluez.Device1", {"Paired": dbus.Boolean(not paired)})
+    return True
+GLib.timeout_add(2, churn)
+"""
+BUILDS = 1_000 if os.environ.get("TANDEM_SANITIZED") else 10_000
+MOST_GROWTH_KB = 2_000
 
 RUBBISH = [
     ("s", "ret = 'rubbish'"),
@@ -165,16 +183,24 @@ class TroubleTest(MachineTest):
         self.mock_template("ofono", OFONO, "/")
         self.seconds_to_open("sims", ["SIM 1", "fake.tel", "Carrier Logo"])
 
-    def test_daemon_that_wakes_is_right_at_the_next_build(self):
+    def test_daemon_that_wakes_is_shown_by_the_open_page(self):
         modems = self.mock_template(MODEMMANAGER, MODEMS, MODEMS_PATH)
         self.add_sim(modems)
         modems.hang()
         driver = self.on_linux().open("sims")
         self.assertEqual(driver.rows(), [])
         modems.wake()
+        self.names_become(driver, ["SIM 1", "Carrier", "Carrier Logo"])
+
+    def test_daemons_that_are_not_running_are_not_started(self):
+        mark = self.folder / "started"
+        for name in (BLUEZ, MODEMS, OFONO):
+            self.system.offer(name, f"/usr/bin/touch {mark}")
+        driver = self.on_linux().open("bluetooth")
         driver.ask("back")
         driver.open("sims")
-        self.assertEqual(driver.rows()[0]["name"], "SIM 1")
+        # A daemon that starts would have been waited for.
+        self.assertFalse(mark.exists())
 
     def test_portal_that_hangs(self):
         portal = self.mock_daemon(self.session, PORTAL, PORTAL_PATH, "org.freedesktop.portal.Settings")
@@ -213,18 +239,14 @@ class TroubleTest(MachineTest):
         self.assertIsNotNone(modems.process.wait())
 
     def test_bus_of_the_machine_is_left_alone_by_pages_that_need_nothing_of_it(self):
-        def clients():
-            names = self.system.call(BUS, "/org/freedesktop/DBus", BUS, "ListNames")
-            return [name for name in names if name.startswith(":")]
-
-        alone = clients()
+        alone = self.system.clients()
         driver = self.on_linux()
         for page in ("calls", "messages", "misc"):
             driver.open(page)
             driver.ask("back")
-        self.assertEqual(clients(), alone)
+        self.assertEqual(self.system.clients(), alone)
         driver.open("sims")
-        self.assertEqual(len(clients()), len(alone) + 1)
+        self.assertEqual(len(self.system.clients()), len(alone) + 1)
 
     def test_bus_that_dies_while_a_page_is_open(self):
         driver = self.on_linux().open("bluetooth")
@@ -322,6 +344,153 @@ class TroubleTest(MachineTest):
             return time.monotonic() - start, [row["name"] for row in rows][:1]
 
         self.quickest(attempt, ["SIM 1"])
+
+
+    def names_become(self, driver, names):
+        """The open page comes to show them, without anything being done on it."""
+        while [row["name"] for row in driver.rows() if row["name"]] != names:
+            pass
+
+    def seconds_of(self, act):
+        start = time.monotonic()
+        act()
+        return time.monotonic() - start
+
+    def test_daemon_that_answers_after_two_seconds_is_shown_by_the_open_page(self):
+        bluez = self.mock_template("bluez5", BLUEZ, "/")
+        self.add_device(bluez)
+        bluez.answer(OBJECT_MANAGER, "GetManagedObjects", "a{oa{sa{sv}}}", f"import time; time.sleep(2)\n{ALL_OBJECTS}")
+
+        def attempt():
+            driver = self.on_linux()
+            driver.ask("rows")
+            seconds = self.seconds_of(lambda: driver.open("bluetooth"))
+            shown = driver.rows()
+            self.names_become(driver, ["Car"])
+            driver.close()
+            return seconds, shown
+
+        print("a daemon answers after 2 s: the page opens in %.0f ms" % (1000 * self.quickest(attempt, [])))
+
+    def test_daemon_that_hangs_is_waited_for_once(self):
+        self.mock_template("bluez5", BLUEZ, "/").hang()
+
+        def attempt():
+            driver = self.on_linux().open("bluetooth")
+            start = time.monotonic()
+            for _ in range(20):
+                driver.ask("back")
+                driver.open("bluetooth")
+            seconds = time.monotonic() - start
+            driver.close()
+            return seconds, None
+
+        print("twenty more builds while a daemon hangs: %.0f ms" % (1000 * self.quickest(attempt, None)))
+
+    def test_program_ends_at_once_while_daemons_and_buses_hang(self):
+        self.mock_template("bluez5", BLUEZ, "/").hang()
+        silent = self.start_faltering_bus(socket.AF_UNIX, b"")
+        welcoming = self.start_faltering_bus(socket.AF_UNIX, LAST_WORDS["a welcome"])
+        for name, address in (("daemon", None), ("silent bus", silent), ("bus without a greeting", welcoming)):
+            if address:
+                self.environment[SYSTEM_ADDRESS] = address
+
+            def attempt():
+                driver = self.on_linux().open("bluetooth")
+                return self.seconds_of(driver.close), None
+
+            print("end of the program, %s hangs: %.0f ms" % (name, 1000 * self.quickest(attempt, None)))
+
+    def test_bus_of_the_machine_that_comes_late(self):
+        self.system.stop()
+        driver = self.on_linux().open("bluetooth")
+        self.assertEqual(driver.rows(), [])
+        self.system.start()
+        self.add_device(self.mock_template("bluez5", BLUEZ, "/"))
+        self.names_become(driver, ["Car"])
+
+    def test_bus_of_the_machine_that_dies_and_comes_back(self):
+        self.add_device(self.mock_template("bluez5", BLUEZ, "/"))
+        driver = self.on_linux().open("bluetooth")
+        self.names_become(driver, ["Car"])
+        self.system.stop()
+        self.names_become(driver, [])
+        self.system.start()
+        self.add_device(self.mock_template("bluez5", BLUEZ, "/"))
+        self.names_become(driver, ["Car"])
+
+    def test_bus_of_the_machine_that_is_silent_at_first(self):
+        path = f"{self.folder}/late"
+        silent = FalteringBus(socket.AF_UNIX, path, b"")
+        self.environment[SYSTEM_ADDRESS] = f"unix:path={path}"
+
+        def attempt():
+            driver = self.on_linux()
+            driver.ask("rows")
+            seconds = self.seconds_of(lambda: driver.open("bluetooth"))
+            driver.close()
+            return seconds, None
+
+        print("a silent bus: the page opens in %.0f ms" % (1000 * self.quickest(attempt, None)))
+        driver = self.on_linux().open("bluetooth")
+        self.assertEqual(driver.rows(), [])
+        # The socket goes to a bus that speaks.
+        os.unlink(path)
+        os.symlink(self.system.path, path)
+        self.add_device(self.mock_template("bluez5", BLUEZ, "/"))
+        silent.stop()
+        self.names_become(driver, ["Car"])
+
+    def test_another_process_may_write_while_a_daemon_is_waited_for(self):
+        self.mock_template("bluez5", BLUEZ, "/").hang()
+
+        def attempt():
+            driver = self.on_linux()
+            other = self.on_linux().open("calls")
+            driver.ask("rows")
+            before = self.system.clients()
+            driver.process.stdin.write(b'{"do":"open","page":"bluetooth"}\n')
+            driver.process.stdin.flush()
+            while self.system.clients() == before:
+                pass
+            seconds = self.seconds_of(lambda: other.ask("set", row="ShowSimSlectionForCalls", value=True))
+            driver.receive()
+            driver.close()
+            other.close()
+            return seconds, seconds < LONGEST_SECONDS / 3
+
+        seconds = self.quickest(attempt, True)
+        print("a switch in another process while a daemon is waited for: %.0f ms" % (1000 * seconds))
+
+
+    def test_many_builds_while_devices_come_and_go(self):
+        bluez = self.mock_template("bluez5", BLUEZ, "/")
+        self.add_device(bluez)
+        bluez.answer("org.bluez.Mock", "Churn", "", CHURN)
+        driver = self.on_linux()
+        driver.ask("rows")
+        bluez.call("org.bluez.Mock", "Churn")
+        seconds = []
+        shown = set()
+        for n in range(BUILDS):
+            start = time.monotonic()
+            driver.open("bluetooth")
+            seconds.append(time.monotonic() - start)
+            shown.add(len(driver.rows()))
+            driver.ask("back")
+            if n == BUILDS // 10:
+                early = self.kilobytes_of(driver)
+        late = self.kilobytes_of(driver)
+        self.assertGreater(len(shown), 1)
+        self.assertLess(late, early + MOST_GROWTH_KB)
+        seconds.sort()
+        print("%d builds while devices come and go: median %.1f ms, 99 of 100 within %.1f ms, longest %.1f ms; "
+            "%d kB of memory after a tenth, %d kB at the end" % (BUILDS, 1000 * seconds[BUILDS // 2],
+            1000 * seconds[BUILDS * 99 // 100], 1000 * seconds[-1], early, late))
+
+    def kilobytes_of(self, driver):
+        status = pathlib.Path(f"/proc/{driver.process.pid}/status").read_text()
+        return int(re.search(r"VmRSS:\s*(\d+)", status)[1])
 
 
 class RealDaemonsTest(TroubleTest):
