@@ -7,9 +7,8 @@
 #include <string>
 
 /// The pictures that stand for the SIMs: a folder of PNG files, one for each SIM that the user gave a logo, and those
-/// of carriers, which others put there. Every call works on the files; nothing is kept.
-
-/// No SIM is an absent key: its logo is stored under the text that formats print for null.
+/// of carriers, which others put there. Every call works on the files; nothing is kept. An absent key stands for no
+/// SIM: its logo has the name that formats print for null.
 
 /// The logo that the user gave the SIM.
 std::string pathOfUserLogo(const std::optional<std::string>& simKey);
