@@ -5,6 +5,8 @@
 #include "TDSliderCell.h"
 #include "libtandem/TDSettings.h"
 
+#include <functional>
+
 namespace {
 
 class SubclassOfSliderCell final : public TDSliderCell {
@@ -200,6 +202,21 @@ TEST_F(CallsPage, IconsAreAskedForAgainAtEveryBuildOfTheRows)
     EXPECT_EQ(phone.homeScreen->requests.size(), 4U);
 }
 
+TEST_F(CallsPage, IconsAreNotAskedForRowsThatAreHiddenOrOnlyInserted)
+{
+    Array items = callsItems(2);
+    items[3] = item("PSLinkCell", "app", { { "bundleIdentifier", "app" } });
+    phone.writePage("Calls", items);
+    phone.storeSettings({ { feature, false } });
+    openCalls();
+    EXPECT_EQ(phone.homeScreen->requests.size(), 0U);
+    moveSwitch(*page, feature, true);
+    EXPECT_EQ(screen->lines.size(), 6U);
+    EXPECT_EQ(phone.homeScreen->requests.size(), 3U);
+    moveSwitch(*page, simChoice, true);
+    EXPECT_EQ(phone.homeScreen->requests.size(), 6U);
+}
+
 TEST_F(CallsPage, SimChoiceAsTheFirstRowMovesNothing)
 {
     phone.writePage("Calls",
@@ -222,16 +239,34 @@ TEST_F(CallsPage, SelectionTimeAsTheFirstRowIsNotHidden)
 
 TEST_F(CallsPage, SwitchesBeforeTheRowsAreBuiltStoreAndReload)
 {
-    openRoot();
-    page = std::make_shared<TDCallsSettingsController>();
-    page->initForContentSize(size);
-    page->setParentController(root);
-    page->table().setObserver(screen);
-    const Row row = PSSpecifier::emptyGroupSpecifier();
-    row->setProperty_forKey(feature, PSProperty::key);
-    page->enableTandemForCalls_specifier(false, row);
-    EXPECT_EQ(screen->lines, Strings { "reload" });
-    EXPECT_EQ(rows(), collapsedRows);
+    const auto expectReloadAlone = [&](auto setter, const std::string& key, const Strings& expectedOff) {
+        const Row row = PSSpecifier::emptyGroupSpecifier();
+        row->setProperty_forKey(key, PSProperty::key);
+        for (const bool on : { false, true }) {
+            page = makeUnshown<TDCallsSettingsController>();
+            std::invoke(setter, *page, on, row);
+            EXPECT_EQ(screen->lines, Strings { "reload" }) << key << on;
+            EXPECT_EQ(rows(), on ? allRows : expectedOff) << key << on;
+        }
+    };
+    expectReloadAlone(&TDCallsSettingsController::enableTandemForCalls_specifier, feature, collapsedRows);
+    expectReloadAlone(&TDCallsSettingsController::enableShowSimSelection_specifier, simChoice, rowsWithoutTime);
+}
+
+TEST_F(CallsPage, RowsBehindTheFeatureSwitchComeAndGoWhereverItStands)
+{
+    Array items = callsItems(1);
+    items.insert(items.begin(), item("PSGroupCell", "lead"));
+    phone.writePage("Calls", items);
+    openCalls();
+    moveSwitch(*page, feature, true);
+    EXPECT_EQ(screen->lines,
+        (Strings { "insert 2 choice animated", "insert 3 ShowSimSlectionForCalls animated",
+            "insert 4 TandemSimSelectionTimeForCalls animated", "insert 5 app0 animated", "reload" }));
+    screen->lines.clear();
+    moveSwitch(*page, feature, false);
+    EXPECT_EQ(screen->lines,
+        (Strings { "remove 2 choice animated", "remove 3 TandemSimSelectionTimeForCalls animated", "reload" }));
 }
 
 TEST_F(CallsPage, FeatureOffWithFewerThanTwoRowsRaisesTheRangeError)

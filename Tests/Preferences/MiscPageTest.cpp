@@ -1,5 +1,6 @@
 #include "Foundation/NSString.h"
 #include "Support/PageTest.h"
+#include "Support/Substitutes.h"
 #include "TDMiscSettingsController.h"
 #include "TDPageStyle.h"
 #include "libtandem/TDSettings.h"
@@ -290,6 +291,9 @@ TEST_F(MiscPage, BarColourComesFromTheCoreLibrary)
 {
     EXPECT_TRUE(page->hasCustomNavigationBarColor());
     EXPECT_EQ(page->customNavigationBarColor(), accentColor);
+    const UIColor green { 0, 1, 0, 1 };
+    const OtherBarColor other(TDMiscSettingsController::classObject(), green);
+    EXPECT_EQ(page->customNavigationBarColor(), green);
 }
 
 TEST_F(MiscPage, BackButtonHasTheProductsImageAndGoesBack)

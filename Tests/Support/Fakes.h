@@ -61,9 +61,15 @@ public:
     {
         std::erase_if(_sims, [&](const Subscription& sim) { return sim.uuid == uuid; });
     }
-    std::vector<Subscription> subscriptions() const override { return _sims; }
+    std::vector<Subscription> subscriptions() const override
+    {
+        ++timesAsked;
+        return _sims;
+    }
     /// Angle brackets, so that a formatted number can be told from one that is not.
     std::string formattedNumber(const std::string& number) const override { return "<" + number + ">"; }
+
+    mutable int timesAsked = 0;
 
 private:
     std::vector<Subscription> _sims;
