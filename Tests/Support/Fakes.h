@@ -10,8 +10,15 @@
 /// Remembers every line.
 class RecordedLog final : public SystemLog {
 public:
-    void write(const std::string& line) override { lines.push_back(line); }
+    void write(const std::string& line) override
+    {
+        lines.push_back(line);
+        if (onWrite)
+            onWrite(line);
+    }
     std::vector<std::string> lines;
+    /// Called while a line is written.
+    std::function<void(const std::string&)> onWrite;
 };
 
 /// Remembers every name, and tells observers.
