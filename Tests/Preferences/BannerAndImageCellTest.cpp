@@ -75,6 +75,17 @@ TEST_F(BannerCell, ViewTreeAtThreeWidths)
     }
 }
 
+TEST_F(BannerCell, PanelLeavesAStripOfThirtyPointsAtAnyHeight)
+{
+    const auto cell = makeCell({ { "title", "Title" }, { "subTitle", "Sub" } });
+    for (const double height : { 60.0, 110.0, 200.0 }) {
+        cell->setFrame({ 0, 0, 320, height });
+        cell->layoutIfNeeded();
+        EXPECT_EQ(cell->viewWithTag(121212)->frame(), (CGRect { 0, 0, 320, height - 30 }));
+        EXPECT_EQ(labelOf(*cell)->frame(), (CGRect { 0, 0, 320, height - 30 }));
+    }
+}
+
 TEST_F(BannerCell, TextHasTheIconTheTitleAndTheSubtitleInUtf16Ranges)
 {
     phone.writeFile(stringByAppendingPathComponent(TestPhone::bundlePath, "Icon.png"), phone.png(20, 10));
@@ -117,6 +128,14 @@ TEST_F(BannerCell, ChangedSubtitleShowsOnlyAfterAnUpdate)
     EXPECT_EQ(labelOf(*cell)->text(), "\uFFFC\nTitle\nOld");
     cell->updateData();
     EXPECT_EQ(labelOf(*cell)->text(), "\uFFFC\nTitle\nNew");
+}
+
+TEST_F(BannerCell, UpdateGivesTheLabelAsManyLinesAsItsTextNeeds)
+{
+    const auto cell = makeCell({});
+    labelOf(*cell)->setNumberOfLines(1);
+    cell->updateData();
+    EXPECT_EQ(labelOf(*cell)->numberOfLines(), 0);
 }
 
 TEST_F(BannerCell, PropertiesOfAnotherTypeCountAsAbsent)

@@ -1,5 +1,6 @@
 #include "Phone/BluetoothManager.h"
 #include "Support/PageTest.h"
+#include "Support/Substitutes.h"
 #include "TDBluetoothDevicesController.h"
 #include "TDPageStyle.h"
 #include "TDSwitchCell.h"
@@ -57,6 +58,27 @@ TEST_F(BluetoothPage, SwitchingOnADeviceWithoutASimBindsItToTheDefaultVoiceLine)
     EXPECT_EQ(checkmarks("AA"), (std::vector<bool> { false, true }));
 }
 
+TEST_F(BluetoothPage, FirstOfSeveralDefaultVoiceLinesIsTaken)
+{
+    addTwoSims(true, true);
+    phone.devices->addDevice("Car", "AA");
+    moveSwitch(*openPage(), "AA", true);
+    EXPECT_EQ(settings->defaultSIMForBluetooth("AA"), simA);
+}
+
+TEST_F(BluetoothPage, SimsAreAskedForOnceABuild)
+{
+    addTwoSims(true, false);
+    for (const char* address : { "AA", "BB", "CC" }) {
+        phone.devices->addDevice("Device", address);
+        settings->addToBluetoothDevices_defaultSIM(address, simA);
+    }
+    openPage();
+    const int before = phone.subscriptions->timesAsked;
+    page->reloadSpecifiers();
+    EXPECT_EQ(phone.subscriptions->timesAsked, before + 1);
+}
+
 TEST_F(BluetoothPage, SwitchingOffAndOnAgainKeepsTheEarlierChoice)
 {
     addTwoSims(true, false);
@@ -101,6 +123,50 @@ TEST_F(BluetoothPage, TappingAnotherSimBindsItAndReloadsItsSectionOnly)
     EXPECT_EQ(checkmarks("AA"), (std::vector<bool> { false, true }));
     EXPECT_EQ(cellOf(*page, simRow("BB", simA)), other);
     EXPECT_EQ(checkmarks("BB"), (std::vector<bool> { true, false }));
+}
+
+TEST_F(BluetoothPage, TappedSimIsCheckmarkedAtOnceAndReloadedWithinUpdates)
+{
+    addTwoSims(true, false);
+    phone.devices->addDevice("Car", "AA");
+    settings->addToBluetoothDevices_defaultSIM("AA", simA);
+    openPage();
+    const auto tapped = cellOf(*page, simRow("AA", simB));
+    const long endedBefore = endedTableUpdates();
+    page->table().beginUpdates();
+    tap(*page, simRow("AA", simB));
+    EXPECT_EQ(tapped->accessoryType(), UITableViewCellAccessoryType::Checkmark);
+    EXPECT_EQ(endedTableUpdates(), endedBefore + 1);
+    EXPECT_EQ(screen->lines, Strings {});
+    page->table().endUpdates();
+    EXPECT_EQ(screen->lines, Strings { "reloadSection 1 animation 5" });
+}
+
+TEST_F(BluetoothPage, TapOnADeviceRowGoesToTheBase)
+{
+    phone.devices->addDevice("Car", "AA");
+    openPage();
+    tap(*page, "AA");
+    EXPECT_EQ(page->table().indexPathForSelectedRow(), std::nullopt);
+    rowOf(*page, "AA")->setButtonAction("backButtonAction:");
+    tap(*page, "AA");
+    EXPECT_EQ(screen->lines, Strings { "pop TDBluetoothDevicesController" });
+}
+
+TEST_F(BluetoothPage, CellsThatTheBaseMakesOtherwise)
+{
+    addTwoSims(true, false);
+    phone.devices->addDevice("Car", "AA");
+    settings->addToBluetoothDevices_defaultSIM("AA", simA);
+    openPage();
+    rowOf(*page, "AA")->setProperty_forKey(&PSTableCell::classObject(), PSProperty::cellClass);
+    const Row sim = rowOf(*page, simRow("AA", simA));
+    sim->setProperty_forKey(&TDSwitchCell::classObject(), PSProperty::cellClass);
+    sim->setProperty_forKey(false, PSProperty::enabled);
+    EXPECT_EQ(cellOf(*page, "AA")->selectionStyle(), UITableViewCellSelectionStyle::None);
+    const auto cell = cellOf(*page, simRow("AA", simA));
+    EXPECT_EQ(cell->selectionStyle(), UITableViewCellSelectionStyle::Default);
+    EXPECT_TRUE(cell->isUserInteractionEnabled());
 }
 
 /// Bound SIM known, unknown, null, against default voice line or not.

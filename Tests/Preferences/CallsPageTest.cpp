@@ -5,6 +5,8 @@
 #include "TDSliderCell.h"
 #include "libtandem/TDSettings.h"
 
+#include <functional>
+
 namespace {
 
 class SubclassOfSliderCell final : public TDSliderCell {
@@ -200,6 +202,21 @@ TEST_F(CallsPage, IconsAreAskedForAgainAtEveryBuildOfTheRows)
     EXPECT_EQ(phone.homeScreen->requests.size(), 4U);
 }
 
+TEST_F(CallsPage, IconsAreNotAskedForRowsThatAreHiddenOrOnlyInserted)
+{
+    Array items = callsItems(2);
+    items[3] = item("PSLinkCell", "app", { { "bundleIdentifier", "app" } });
+    phone.writePage("Calls", items);
+    phone.storeSettings({ { feature, false } });
+    openCalls();
+    EXPECT_EQ(phone.homeScreen->requests.size(), 0U);
+    moveSwitch(*page, feature, true);
+    EXPECT_EQ(screen->lines.size(), 6U);
+    EXPECT_EQ(phone.homeScreen->requests.size(), 3U);
+    moveSwitch(*page, simChoice, true);
+    EXPECT_EQ(phone.homeScreen->requests.size(), 6U);
+}
+
 TEST_F(CallsPage, SimChoiceAsTheFirstRowMovesNothing)
 {
     phone.writePage("Calls",
@@ -222,16 +239,34 @@ TEST_F(CallsPage, SelectionTimeAsTheFirstRowIsNotHidden)
 
 TEST_F(CallsPage, SwitchesBeforeTheRowsAreBuiltStoreAndReload)
 {
-    openRoot();
-    page = std::make_shared<TDCallsSettingsController>();
-    page->initForContentSize(size);
-    page->setParentController(root);
-    page->table().setObserver(screen);
-    const Row row = PSSpecifier::emptyGroupSpecifier();
-    row->setProperty_forKey(feature, PSProperty::key);
-    page->enableTandemForCalls_specifier(false, row);
-    EXPECT_EQ(screen->lines, Strings { "reload" });
-    EXPECT_EQ(rows(), collapsedRows);
+    const auto expectReloadAlone = [&](auto setter, const std::string& key, const Strings& expectedOff) {
+        const Row row = PSSpecifier::emptyGroupSpecifier();
+        row->setProperty_forKey(key, PSProperty::key);
+        for (const bool on : { false, true }) {
+            page = makeUnshown<TDCallsSettingsController>();
+            std::invoke(setter, *page, on, row);
+            EXPECT_EQ(screen->lines, Strings { "reload" }) << key << on;
+            EXPECT_EQ(rows(), on ? allRows : expectedOff) << key << on;
+        }
+    };
+    expectReloadAlone(&TDCallsSettingsController::enableTandemForCalls_specifier, feature, collapsedRows);
+    expectReloadAlone(&TDCallsSettingsController::enableShowSimSelection_specifier, simChoice, rowsWithoutTime);
+}
+
+TEST_F(CallsPage, RowsBehindTheFeatureSwitchComeAndGoWhereverItStands)
+{
+    Array items = callsItems(1);
+    items.insert(items.begin(), item("PSGroupCell", "lead"));
+    phone.writePage("Calls", items);
+    openCalls();
+    moveSwitch(*page, feature, true);
+    EXPECT_EQ(screen->lines,
+        (Strings { "insert 2 choice animated", "insert 3 ShowSimSlectionForCalls animated",
+            "insert 4 TandemSimSelectionTimeForCalls animated", "insert 5 app0 animated", "reload" }));
+    screen->lines.clear();
+    moveSwitch(*page, feature, false);
+    EXPECT_EQ(screen->lines,
+        (Strings { "remove 2 choice animated", "remove 3 TandemSimSelectionTimeForCalls animated", "reload" }));
 }
 
 TEST_F(CallsPage, FeatureOffWithFewerThanTwoRowsRaisesTheRangeError)
@@ -276,24 +311,97 @@ TEST_F(CallsPage, PageDefinitionThatIsMissingOrNoneOpensEmpty)
     }
 }
 
-TEST_F(CallsPage, WrongTypesUnderEveryKeyOfARowDoNoHarm)
+/// A row that has every key, with one of them changed.
+class RowOfWrongTypes : public CallsPage {
+protected:
+    /// How the row is shown, what a tap on it does, and what moving its slider to 7 stores and posts. A null value
+    /// takes the key away.
+    Dictionary outcomeOf(const std::string& key, const Value& value)
+    {
+        Dictionary row { { "cell", "PSSliderCell" }, { "cellClass", "TDSliderCell" }, { "label", "Label" },
+            { "id", "row" }, { "key", "Key" }, { "default", 3 }, { "defaults", "com.vexil.tandem" },
+            { "set", "setPreferenceValue:specifier:" }, { "get", "readPreferenceValue:" }, { "action", "none" },
+            { "detail", "none" }, { "icon", "Sim" }, { "min", 1 }, { "max", 9 }, { "showValue", true },
+            { "isSegmented", true }, { "segmentCount", 8 }, { "isContinuous", false }, { "footerText", "Footer" },
+            { "negate", false }, { "PostNotification", "changed" }, { "enabled", true } };
+        row.insert_or_assign(key, value);
+        if (value.isNull())
+            row.erase(key);
+        phone.writePage("Calls", Array { row, item("PSGroupCell", "end") });
+        phone.storeSettings({});
+        phone.notifications->names.clear();
+        openRoot();
+        openCalls();
+        return outcomeOfFirstRow();
+    }
+
+private:
+    Dictionary outcomeOfFirstRow()
+    {
+        const auto cell =
+            std::dynamic_pointer_cast<PSSliderTableCell>(page->table().loadCellForRowAtIndexPath({ 0, 0 }));
+        const auto slider = cell ? std::dynamic_pointer_cast<PSSegmentableSlider>(cell->control()) : nullptr;
+        if (!slider)
+            return {};
+        cell->layoutIfNeeded();
+        Dictionary outcome { { "class", cell->isa().name() }, { "identifiers", texts(rows()) },
+            { "title", cell->textLabel()->text() }, { "hasIcon", cell->imageView()->image() != nullptr },
+            { "enabled", cell->isUserInteractionEnabled() }, { "value", double { slider->value() } },
+            { "minimum", double { slider->minimumValue() } }, { "maximum", double { slider->maximumValue() } },
+            { "segments", slider->segmentCount() }, { "showsValue", slider->showsValue() },
+            { "continuous", slider->isContinuous() } };
+        page->tableView_didSelectRowAtIndexPath(page->table(), { 0, 0 });
+        outcome.emplace("screen", texts(screen->lines));
+        slider->setValue(7);
+        slider->release();
+        outcome.emplace("stored", phone.storedSettings());
+        outcome.emplace("posted", texts(phone.notifications->names));
+        return outcome;
+    }
+
+    static Value texts(const Strings& strings) { return Array(strings.begin(), strings.end()); }
+};
+
+TEST_F(RowOfWrongTypes, RightTypesFirst)
 {
-    const std::vector<Value> wrong { 5, -1.5, true, "text", Bytes { 1 }, Date { 1 }, Array { 1 },
+    EXPECT_EQ(outcomeOf("label", "Label"),
+        (Dictionary { { "class", "TDSliderCell" }, { "identifiers", Array { "row", "end" } }, { "title", "Label" },
+            { "hasIcon", true }, { "enabled", true }, { "value", 3.0 }, { "minimum", 1.0 }, { "maximum", 9.0 },
+            { "segments", 8 }, { "showsValue", true }, { "continuous", false }, { "screen", Array {} },
+            { "stored", Dictionary { { "Key", 7.0 } } }, { "posted", Array { "changed" } } }));
+}
+
+TEST_F(RowOfWrongTypes, CountAsWhatTheyReadAsAndOtherwiseAsAbsent)
+{
+    using Reading = Value (*)(const Value&);
+    const Reading text = [](const Value& value) { return value.string() ? value : Value(); };
+    const Reading number = [](const Value& value) { return Value(value.doubleValue()); };
+    const Reading boolean = [](const Value& value) { return Value(value.boolValue()); };
+    const std::vector<std::pair<Reading, Strings>> keys {
+        { text,
+            { "cell", "cellClass", "label", "id", "key", "defaults", "set", "get", "action", "detail", "icon",
+                "footerText", "PostNotification" } },
+        { number, { "default", "min", "max", "segmentCount" } },
+        { boolean, { "showValue", "isSegmented", "isContinuous", "negate", "enabled" } },
+    };
+    const std::vector<Value> wrong { 5, -1.5, true, false, "text", "2", Bytes { 1 }, Date { 1 }, Array { 1 },
         Dictionary { { "x", 1 } }, Uid { 1 } };
-    for (const char* key : { "cell", "cellClass", "label", "id", "key", "default", "defaults", "set", "get", "action",
-             "detail", "icon", "min", "max", "showValue", "isSegmented", "segmentCount", "isContinuous", "footerText",
-             "bundleIdentifier", "negate", "PostNotification", "enabled" }) {
-        for (const Value& value : wrong) {
-            Dictionary more { { "cell", "PSSliderCell" }, { "cellClass", "TDSliderCell" } };
-            more.insert_or_assign(key, value);
-            phone.writePage("Calls", Array { more, item("PSGroupCell", "CopyRightHeader") });
-            openCalls();
-            for (std::size_t row = 0; row < page->tableView_numberOfRowsInSection(page->table(), 0); ++row) {
-                const auto cell = page->table().loadCellForRowAtIndexPath({ 0, row });
-                if (cell)
-                    cell->layoutIfNeeded();
-            }
+    for (const auto& [reading, keysOfType] : keys) {
+        for (const std::string& key : keysOfType) {
+            for (const Value& value : wrong)
+                EXPECT_EQ(outcomeOf(key, value), outcomeOf(key, reading(value))) << key << " " << descriptionOf(value);
         }
+    }
+}
+
+TEST_F(RowOfWrongTypes, AppOfAnyTypeIsAskedForAndShownWithoutAnIcon)
+{
+    for (const Value& app : std::vector<Value> { 5, true, Bytes { 1 }, Array { 1 }, Dictionary { { "x", 1 } } }) {
+        phone.homeScreen->requests.clear();
+        EXPECT_EQ(outcomeOf("bundleIdentifier", app), outcomeOf("bundleIdentifier", nullptr));
+        EXPECT_EQ(phone.homeScreen->requests,
+            (std::vector { FakeHomeScreen::Request {
+                "com.vexil.tandem", "com.vexil.tandem.app.icon", Dictionary { { "TDServiceMessageData", app } } } }));
     }
 }
 

@@ -1,6 +1,9 @@
 #include "Support/PageTest.h"
 #include "TDCarrierLogos.h"
 
+#include <fstream>
+#include <iterator>
+
 namespace {
 
 constexpr const char* directory = "/var/mobile/Library/Preferences/Tandem";
@@ -136,6 +139,16 @@ TEST_F(CarrierLogos, SavingMakesTheDirectoryWithItsParentsAndReplacesTheOldLogo)
     for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(phone.hostPath(directory)))
         ++files;
     EXPECT_EQ(files, 1U);
+}
+
+TEST_F(CarrierLogos, ReaderThatHasTheOldLogoOpenReadsItWhole)
+{
+    put(pathOf(key), 4);
+    const Bytes old = *phone.readFile(pathOf(key));
+    std::ifstream reader(phone.hostPath(pathOf(key)), std::ios::binary);
+    saveImage(key, UIImage::imageWithData(phone.png(8, 6)));
+    EXPECT_EQ(Bytes(std::istreambuf_iterator<char>(reader), {}), old);
+    EXPECT_EQ(getImageFromPath(pathOf(key))->size(), (CGSize { 8, 6 }));
 }
 
 TEST_F(CarrierLogos, SavedPixelsAreThePickedOnesWithTheirAlpha)

@@ -1,4 +1,5 @@
 #include "Support/PageTest.h"
+#include "Support/Substitutes.h"
 #include "TDCallsSettingsController.h"
 #include "TDPageStyle.h"
 #include "TDSliderCell.h"
@@ -103,6 +104,14 @@ TEST_F(Cells, SliderWritesOnceOnRelease)
     EXPECT_EQ(phone.storedSettings(), Value(Dictionary { { time, 7.0 } }));
 }
 
+TEST_F(Cells, TouchThatEndsOnTheSliderWritesNothing)
+{
+    openSliderPage({ { "PostNotification", "changed" } });
+    slider()->sendActionsForControlEvents(UIControlEventTouchUpInside);
+    EXPECT_EQ(phone.notifications->names, Strings {});
+    EXPECT_EQ(phone.storedSettings(), Value(Dictionary()));
+}
+
 TEST_F(Cells, ContinuousInThePageDefinitionDoesNotMakeTheSliderWriteWhileItMoves)
 {
     openSliderPage({ { "isContinuous", true } });
@@ -138,6 +147,17 @@ TEST_F(Cells, LayoutShowsATitleThatSomethingHidOrDimmed)
     cell->textLabel()->setHidden(true);
     cell->textLabel()->setAlpha(0.2F);
     cell->layoutIfNeeded();
+    EXPECT_FALSE(cell->textLabel()->isHidden());
+    EXPECT_EQ(cell->textLabel()->alpha(), 1);
+}
+
+TEST_F(Cells, UpdateShowsATitleThatSomethingHidOrDimmed)
+{
+    openSliderPage();
+    const auto cell = std::dynamic_pointer_cast<TDSliderCell>(cellOf(*page, time));
+    cell->textLabel()->setHidden(true);
+    cell->textLabel()->setAlpha(0.2F);
+    cell->updateData(rowOf(*page, time));
     EXPECT_FALSE(cell->textLabel()->isHidden());
     EXPECT_EQ(cell->textLabel()->alpha(), 1);
 }
@@ -185,11 +205,13 @@ TEST_F(Cells, SliderValuesFromHostileFilesStayInRange)
 
 TEST_F(Cells, SwitchCellTakesItsColourFromTheCoreLibrary)
 {
+    const UIColor green { 0, 1, 0, 1 };
+    const OtherBarColor other(TDSwitchCell::classObject(), green);
     openCallsWith(item("PSSwitchCell", "row", { { "cellClass", "TDSwitchCell" } }));
     const auto cell = std::dynamic_pointer_cast<TDSwitchCell>(cellOf(*page, "row"));
     ASSERT_TRUE(cell);
     const auto control = std::dynamic_pointer_cast<UISwitch>(cell->control());
-    EXPECT_EQ(control->onTintColor(), accentColor);
+    EXPECT_EQ(control->onTintColor(), green);
     EXPECT_EQ(control->frame(), (CGRect { 308, 6.5, 51, 31 }));
 }
 

@@ -3,6 +3,8 @@
 #include "TDMessagesSettingsController.h"
 #include "TDPageStyle.h"
 
+#include <functional>
+
 namespace {
 
 constexpr const char* feature = "TandemEnabledMessages";
@@ -172,6 +174,51 @@ TEST_F(MessagesPage, PageOfNoneOneAndTwoRowsOpensWhileTheFeatureIsOn)
 {
     phone.storeSettings({});
     for (const Strings& identifiers : { Strings {}, Strings { "a" }, Strings { "a", "b" } }) {
+        phone.writePage("Messages", plainItems(identifiers));
+        page = open<TDMessagesSettingsController>();
+        EXPECT_EQ(rows(), identifiers);
+    }
+}
+
+TEST_F(MessagesPage, SwitchesBeforeTheRowsAreBuiltStoreAndReload)
+{
+    using Page = TDMessagesSettingsController;
+    const auto expectReloadAlone = [&](auto setter, const std::string& key) {
+        const Row row = PSSpecifier::emptyGroupSpecifier();
+        row->setProperty_forKey(key, PSProperty::key);
+        for (const bool on : { false, true }) {
+            phone.storeSettings({ { feature, true }, { imToText, true }, { simChoice, true } });
+            openRoot();
+            page = makeUnshown<Page>();
+            std::invoke(setter, *page, on, row);
+            EXPECT_EQ(screen->lines, Strings { "reload" }) << key << on;
+            EXPECT_EQ(rows(), rowsShown(on || key != feature, on || key != imToText, on || key != simChoice));
+        }
+    };
+    expectReloadAlone(&Page::tandemEnabledOrDisabledForMessages_specifier, feature);
+    expectReloadAlone(&Page::tandemEnabledOrDisabledForIMToText_specifier, imToText);
+    expectReloadAlone(&Page::enableShowSimSelectionForMessages_specifier, simChoice);
+}
+
+TEST_F(MessagesPage, IconsAreNotAskedForRowsThatAreHiddenOrOnlyInserted)
+{
+    Array items = messagesItems();
+    items[4] = item("PSLinkCell", "ask", { { "bundleIdentifier", "ask" } });
+    phone.writePage("Messages", items);
+    openMessages(false, true, true);
+    EXPECT_EQ(phone.homeScreen->requests.size(), 0U);
+    moveSwitch(*page, feature, true);
+    EXPECT_EQ(screen->lines.size(), 4U);
+    EXPECT_EQ(phone.homeScreen->requests.size(), 2U);
+    moveSwitch(*page, imToText, true);
+    EXPECT_EQ(phone.homeScreen->requests.size(), 4U);
+}
+
+TEST_F(MessagesPage, FirstRowCountsAsMissing)
+{
+    phone.storeSettings({ { simChoice, false } });
+    for (const char* first : { imToText, time }) {
+        const Strings identifiers { first, "x", "CopyRightHeader" };
         phone.writePage("Messages", plainItems(identifiers));
         page = open<TDMessagesSettingsController>();
         EXPECT_EQ(rows(), identifiers);

@@ -1,5 +1,6 @@
 #include "Foundation/NSString.h"
 #include "Support/PageTest.h"
+#include "Support/Substitutes.h"
 #include "TDMiscSettingsController.h"
 #include "TDPageStyle.h"
 #include "libtandem/TDSettings.h"
@@ -278,6 +279,30 @@ TEST_F(MiscPage, MessageAndProductNameAreTranslated)
     EXPECT_EQ(page->productName(), "Paaro");
 }
 
+TEST_F(MiscPage, TextsOfTheLogSheetAreTranslated)
+{
+    phone.translate("de",
+        { { "Pairo", "Paaro" }, { "%@ log", "Protokoll von %@" }, { "Send", "Senden" }, { "Mask", "Maskieren" },
+            { "Show Unmasked", "Unmaskiert zeigen" }, { "Cancel", "Abbrechen" }, { "OK", "Gut" },
+            { "This log will be sent. Phone numbers, addresses and SIM keys are masked in it.\n\n%@", "Maskiert: %@" },
+            { "This log will be sent, with all phone numbers, addresses and SIM keys.\n\n%@", "Unmaskiert: %@" },
+            { noMail, "Kein Mailprogramm." } });
+    const auto texts = [this] {
+        Strings all { sheet()->title(), sheet()->message() };
+        for (const UIAlertAction& action : sheet()->actions())
+            all.push_back(action.title);
+        return all;
+    };
+    tapEmailLogOf("line");
+    EXPECT_EQ(
+        texts(), (Strings { "Protokoll von Paaro", "Maskiert: line", "Senden", "Unmaskiert zeigen", "Abbrechen" }));
+    sheet()->chooseAction(1);
+    EXPECT_EQ(texts(), (Strings { "Protokoll von Paaro", "Unmaskiert: line", "Senden", "Maskieren", "Abbrechen" }));
+    phone.mail->works = false;
+    sheet()->chooseAction(0);
+    EXPECT_EQ(texts(), (Strings { "Paaro", "Kein Mailprogramm.", "Gut" }));
+}
+
 TEST_F(MiscPage, BaseBuildsTheRowsFromTheFileThatThePageNames)
 {
     EXPECT_EQ(page->specifiersFileName(), "Misc");
@@ -290,6 +315,9 @@ TEST_F(MiscPage, BarColourComesFromTheCoreLibrary)
 {
     EXPECT_TRUE(page->hasCustomNavigationBarColor());
     EXPECT_EQ(page->customNavigationBarColor(), accentColor);
+    const UIColor green { 0, 1, 0, 1 };
+    const OtherBarColor other(TDMiscSettingsController::classObject(), green);
+    EXPECT_EQ(page->customNavigationBarColor(), green);
 }
 
 TEST_F(MiscPage, BackButtonHasTheProductsImageAndGoesBack)

@@ -140,16 +140,29 @@ TEST_F(RootPage, AppRowsAskTheHomeScreenForTheirIcons)
     EXPECT_TRUE(cellOf(*root, "known")->imageView()->image());
 }
 
-TEST_F(RootPage, RubbishFromTheHomeScreenLeavesTheRowWithoutIcon)
+TEST_F(RootPage, BundleIdentifierThatIsNoTextIsAskedForAsItIs)
+{
+    phone.writePage("Root", Array { item("PSLinkCell", "row", { { "bundleIdentifier", 5 } }) });
+    openRoot();
+    EXPECT_EQ(phone.homeScreen->requests,
+        (std::vector { FakeHomeScreen::Request {
+            "com.vexil.tandem", "com.vexil.tandem.app.icon", Dictionary { { "TDServiceMessageData", 5 } } } }));
+}
+
+TEST_F(RootPage, RubbishFromTheHomeScreenLeavesTheRowsOwnIconOrNone)
 {
     const std::vector<Value> replies { Value(), Value(1), Dictionary(),
         Dictionary { { "TDServiceMessageData", "text" } }, Dictionary { { "TDServiceMessageData", Bytes { 1, 2, 3 } } },
         Dictionary { { "TDServiceMessageData", phone.png(1, 1) } } };
+    phone.writeFile(stringByAppendingPathComponent(TestPhone::bundlePath, "Own.png"), phone.png(29, 29));
+    phone.writePage("Root",
+        Array { item("PSLinkCell", "none", { { "bundleIdentifier", "app" } }),
+            item("PSLinkCell", "own", { { "bundleIdentifier", "app" }, { "icon", "Own" } }) });
     for (const Value& reply : replies) {
         phone.homeScreen->addReply("app", reply);
-        phone.writePage("Root", Array { item("PSLinkCell", "row", { { "bundleIdentifier", "app" } }) });
         openRoot();
-        EXPECT_EQ(rowOf(*root, "row")->propertyForKey("iconImage"), Value());
+        EXPECT_EQ(rowOf(*root, "none")->propertyForKey("iconImage"), Value());
+        EXPECT_TRUE(rowOf(*root, "own")->propertyForKey("iconImage").as<UIImage>());
     }
     EXPECT_EQ(phone.log->lines, Strings {});
 }

@@ -3,8 +3,15 @@
 #include "TDMessagesSettingsController.h"
 #include "TDMiscSettingsController.h"
 #include "TDRootLookup.h"
+#include "libtandem/TDSettings.h"
 
 namespace {
+
+class SubclassOfRoot final : public TDRootListController {
+    NS_CLASS(SubclassOfRoot, TDRootListController)
+};
+
+NS_IMPLEMENTATION(SubclassOfRoot)
 
 class RowBinding : public PageTest {
 protected:
@@ -91,6 +98,27 @@ TEST_F(RowBinding, CallsAndMessagesWithoutARootPageReadNothingAndWriteNothing)
     }
     EXPECT_EQ(phone.notifications->names, Strings {});
     EXPECT_EQ(phone.readFile(TestPhone::settingsPath), before);
+}
+
+TEST_F(RowBinding, CallsAndMessagesReloadTheCoreLibraryWithoutARootPageAndMiscDoesNot)
+{
+    const auto reloads = [this]<class Page>(const std::shared_ptr<Page>& page) {
+        phone.storeSettings({ { "TandemEnabled", true } });
+        phone.writePropertyList(TestPhone::settingsPath, Dictionary { { "TandemEnabled", false } });
+        page->setPreferenceValue_specifier(true, makeRow({ { "key", "Key" } }));
+        return !TDSettings::sharedSettings()->isEnabled();
+    };
+    EXPECT_TRUE(reloads(openUnder<TDCallsSettingsController>(nullptr)));
+    EXPECT_TRUE(reloads(openUnder<TDMessagesSettingsController>(nullptr)));
+    EXPECT_FALSE(reloads(openUnder<TDMiscSettingsController>(nullptr)));
+}
+
+TEST_F(RowBinding, SubclassOfTheRootPageCountsAsTheRootPage)
+{
+    const auto subclass = openUnder<SubclassOfRoot>(nullptr);
+    const auto calls = openUnder<TDCallsSettingsController>(subclass);
+    EXPECT_EQ(tandemSettingsController(subclass), subclass);
+    EXPECT_EQ(tandemSettingsController(calls), subclass);
 }
 
 TEST_F(RowBinding, RootLookupClimbsToTheRootPageAndStopsAtNull)

@@ -2,6 +2,8 @@
 #include "Support/PageTest.h"
 
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -82,6 +84,37 @@ TEST_F(SettingsStore, SettingsChangedNotificationMakesTheNextReadSeeTheFile)
     EXPECT_EQ(root->readPreferenceValue(rowWithKey("Key")), Value("old"));
     NSNotificationCenter::defaultCenter().postNotificationName("com.vexil.tandemSettingsChanged");
     EXPECT_EQ(root->readPreferenceValue(rowWithKey("Key")), Value("new"));
+}
+
+TEST_F(SettingsStore, SettingsChangedNotificationIsHeardFromThePagesFirstAppearanceOn)
+{
+    phone.storeSettings({ { "Key", "old" } });
+    root = std::make_shared<TDRootListController>();
+    root->initForContentSize(size);
+    phone.storeSettings({ { "Key", "new" } });
+    NSNotificationCenter::defaultCenter().postNotificationName("com.vexil.tandemSettingsChanged");
+    EXPECT_EQ(root->settings(), (Dictionary { { "Key", "old" } }));
+    navigation->pushViewController_animated(root, false);
+    NSNotificationCenter::defaultCenter().postNotificationName("com.vexil.tandemSettingsChanged");
+    EXPECT_EQ(root->settings(), (Dictionary { { "Key", "new" } }));
+}
+
+TEST_F(SettingsStore, ChangeByAnotherProgramWithoutANotificationIsWrittenOver)
+{
+    phone.storeSettings({ { "Key", "old" } });
+    openRoot();
+    phone.storeSettings({ { "Key", "theirs" }, { "Added", true } });
+    root->updateSettingsDict_forKey(1, "Other");
+    EXPECT_EQ(phone.storedSettings(), Value(Dictionary { { "Key", "old" }, { "Other", 1 } }));
+}
+
+TEST_F(SettingsStore, ReaderThatHasTheFileOpenSeesTheChange)
+{
+    openRoot();
+    std::ifstream reader(phone.hostPath(path), std::ios::binary);
+    root->updateSettingsDict_forKey("new", "Key");
+    EXPECT_EQ(Bytes(std::istreambuf_iterator<char>(reader), {}), phone.readFile(path));
+    EXPECT_EQ(phone.storedSettings(), Value(Dictionary { { "Key", "new" } }));
 }
 
 TEST_F(SettingsStore, DirectoryInPlaceOfTheFileIsNeitherReadNorReplaced)

@@ -4,7 +4,10 @@
 #include "TDPageStyle.h"
 #include "TDSimSettingsController.h"
 
+#include <algorithm>
+#include <array>
 #include <fstream>
+#include <set>
 
 namespace {
 
@@ -18,6 +21,33 @@ constexpr int rebuilds = 0;
 #else
 constexpr int rebuilds = 100000;
 #endif
+
+using Pixel = std::array<std::uint8_t, 4>;
+constexpr Pixel red { 255, 0, 0, 255 };
+constexpr Pixel green { 0, 255, 0, 255 };
+constexpr Pixel clear { 0, 0, 0, 0 };
+
+/// The pixel of that column and row; negative ones count from the right and from below.
+Pixel pixelAt(const UIImage& image, int column, int row)
+{
+    const auto bitmap = image.bitmap();
+    const int x = column < 0 ? bitmap->width + column : column;
+    const int y = row < 0 ? bitmap->height + row : row;
+    Pixel pixel {};
+    std::copy_n(&bitmap->rgba.at((static_cast<std::size_t>(y) * bitmap->width + x) * pixel.size()), pixel.size(),
+        pixel.begin());
+    return pixel;
+}
+
+/// Counts the changes of the switch that the page itself pays no attention to.
+class PageWithASwitch final : public TDSimSettingsController {
+    NS_CLASS(PageWithASwitch, TDSimSettingsController)
+public:
+    void switchChanged(const Value& /*sender*/) { ++switchChanges; }
+    int switchChanges = 0;
+};
+
+NS_IMPLEMENTATION(PageWithASwitch, NS_METHOD(switchChanged))
 
 class SimPage : public PageTest {
 protected:
@@ -40,6 +70,33 @@ protected:
     static std::string logoPath(const std::string& sim) { return std::string(logoDirectory) + "/" + sim + ".png"; }
     static std::string logoButton(const std::string& sim) { return "LOGO+" + sim; }
     void giveLogo(const std::string& sim, int size = 10) { phone.writeFile(logoPath(sim), phone.png(size, size)); }
+    /// A logo of one row of pixels.
+    void giveLogo(const std::string& sim, const std::vector<Pixel>& pixels)
+    {
+        Bitmap bitmap { static_cast<int>(pixels.size()), 1, {} };
+        for (const Pixel& pixel : pixels)
+            bitmap.rgba.insert(bitmap.rgba.end(), pixel.begin(), pixel.end());
+        phone.writeFile(logoPath(sim), QtImages().encodePng(bitmap).value_or(Bytes()));
+    }
+    /// The names of the logo files.
+    std::set<std::string> logos() const
+    {
+        std::set<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(phone.hostPath(logoDirectory)))
+            names.insert(entry.path().stem().string());
+        return names;
+    }
+    /// Adds a row for the first SIM to the page, which builds none such by itself.
+    void addRow(const std::string& identifier)
+    {
+        const Row row = PSSpecifier::preferenceSpecifierNamed_target_set_get_detail_cell_edit(
+            "Row", page, "", "", nullptr, PSCellType::Link, nullptr);
+        row->setProperty_forKey(&TDSIMInfoTableCell::classObject(), PSProperty::cellClass);
+        row->setProperty_forKey(false, PSProperty::enabled);
+        row->setIdentifier(identifier);
+        row->setUserInfo(page->specifiers().at(1)->userInfo());
+        page->insertSpecifier_atIndex_animated(row, page->specifiers().size(), false);
+    }
 
     std::shared_ptr<UIAlertController> sheet()
     {
@@ -112,6 +169,14 @@ TEST_F(SimPage, TwoSimsWithoutLogosHaveTheirGroupsRowsButtonsAndNoReset)
             + ", label Home>,\n    <CTXPCServiceSubscriptionContext " + simB + ", label Work>\n)" });
 }
 
+TEST_F(SimPage, SubscriptionsAreLoggedBeforeTheRowsAreBuilt)
+{
+    addTwoSims();
+    phone.log->onWrite = [this](const std::string&) { giveLogo(simA); };
+    openPage();
+    EXPECT_EQ(page->specifiers().back()->identifier(), "LOGO");
+}
+
 TEST_F(SimPage, ChoosingALogoShowsResetAllAtTheEnd)
 {
     for (const char* sim : { simA, simB }) {
@@ -146,6 +211,72 @@ TEST_F(SimPage, UnknownCarrierShowsOnlyTheNumberAndAKnownOneNameAndNumber)
     EXPECT_EQ(unknown->detailTextLabel()->text(), "<222>");
     EXPECT_EQ(unknown->imageView()->image(), nullptr);
     EXPECT_FALSE(unknown->imageView()->clipsToBounds());
+}
+
+TEST_F(SimPage, LogoIsStretchedToASquareAndItsClearPixelsStayClear)
+{
+    addTwoSims();
+    giveLogo(simA, { red, green, green, clear });
+    openPage();
+    const auto image = cellOf(*page, "SIM+" + std::string(simA))->imageView()->image();
+    EXPECT_EQ(image->size(), (CGSize { 40, 40 }));
+    EXPECT_EQ(image->scale(), 2);
+    for (const int row : { 0, -1 }) {
+        EXPECT_EQ(pixelAt(*image, 0, row), red);
+        EXPECT_EQ(pixelAt(*image, -1, row), clear);
+    }
+}
+
+TEST_F(SimPage, LogoIsThatOfTheLastPieceOfTheIdentifier)
+{
+    phone.subscriptions->addSim({ "A+B+C", "Home", "111", "Alpha", true });
+    giveLogo("A", { green });
+    giveLogo("B+C", { green });
+    giveLogo("C", { red });
+    openPage();
+    EXPECT_EQ(pixelAt(*cellOf(*page, "SIM+A+B+C")->imageView()->image(), 0, 0), red);
+}
+
+TEST_F(SimPage, SimOfAnUnknownCarrierKeepsTheImageOfItsRow)
+{
+    addTwoSims();
+    giveLogo(simB);
+    openPage();
+    const auto icon = UIImage::imageWithData(phone.png(29, 29));
+    rowOf(*page, "SIM+" + std::string(simB))->setProperty_forKey(icon, PSProperty::iconImage);
+    EXPECT_EQ(cellOf(*page, "SIM+" + std::string(simB))->imageView()->image(), icon);
+}
+
+TEST_F(SimPage, RowOfAnIdentifierThatBeginsWithMaskHasASwitch)
+{
+    addTwoSims();
+    const auto counting = open<PageWithASwitch>();
+    page = counting;
+    addRow("MASK+1");
+    const auto cell = cellOf(*page, "MASK+1");
+    EXPECT_TRUE(cell->isUserInteractionEnabled());
+    EXPECT_EQ(cell->textLabel()->textColor(), accentColor);
+    EXPECT_EQ(cell->detailTextLabel()->text(), "<111>");
+    EXPECT_EQ(cell->detailTextLabel()->textColor(), UIColor::lightGrayColor());
+    const auto toggle = std::dynamic_pointer_cast<UISwitch>(cell->accessoryView());
+    ASSERT_TRUE(toggle);
+    EXPECT_FALSE(toggle->isOn());
+    toggle->sendActionsForControlEvents(UIControlEventValueChanged);
+    EXPECT_EQ(counting->switchChanges, 1);
+}
+
+TEST_F(SimPage, PrefixesInLowerCaseMakeAButtonRow)
+{
+    addTwoSims();
+    openPage();
+    for (const char* identifier : { "sim+1", "mask+1", "Sim", "Mask", "" }) {
+        addRow(identifier);
+        const auto cell = cellOf(*page, identifier);
+        EXPECT_TRUE(cell->isUserInteractionEnabled()) << identifier;
+        EXPECT_EQ(cell->selectionStyle(), UITableViewCellSelectionStyle::Default) << identifier;
+        EXPECT_EQ(cell->detailTextLabel()->text(), std::nullopt) << identifier;
+        EXPECT_EQ(cell->accessoryView(), nullptr) << identifier;
+    }
 }
 
 TEST_F(SimPage, SimRowShowsInformationOnly)
@@ -205,6 +336,55 @@ TEST_F(SimPage, EmptyLabelFillsTheTemplateAndANullLabelHasATextOfItsOwn)
     EXPECT_EQ(sheet()->message(),
         "Would you like to change the image of this carrier? It will appear in SIM selection window for both Calls & "
         "Messages.");
+}
+
+TEST_F(SimPage, TextsAreTranslatedAllButCancel)
+{
+    phone.subscriptions->addSim({ simA, "Home", "111", "Alpha", true });
+    phone.subscriptions->addSim({ simB, std::nullopt, "222", "Beta", true });
+    giveLogo(simA);
+    phone.translate("de",
+        { { "Pairo", "Paaro" }, { "SIM %ld", "Karte %ld" }, { "Carrier Logo", "Logo" },
+            { "Reset All Logos", "Alle Logos entfernen" }, { "Change", "Ändern" }, { "Reset", "Entfernen" },
+            { "Reset All", "Alle entfernen" }, { "Cancel", "Abbrechen" },
+            { "Would you like to change the image of '%@' carrier? It will appear in SIM selection window for both "
+              "Calls & Messages.",
+                "Bild von %@ ändern?" },
+            { "Would you like to change the image of this carrier? It will appear in SIM selection window for both "
+              "Calls & Messages.",
+                "Bild ändern?" },
+            { "Are you sure you want to reset all carrier logos?", "Alle Logos entfernen?" } });
+    openPage();
+    Strings names;
+    for (const Row& row : page->specifiers())
+        names.push_back(row->name().value_or("-"));
+    EXPECT_EQ(names, (Strings { "Karte 1", "Home", "Logo", "-", "Karte 2", "-", "Logo", "-", "Alle Logos entfernen" }));
+    const auto sheetOf = [&](const std::string& button) {
+        tap(*page, button);
+        Strings texts = actions();
+        texts.insert(texts.begin(), { sheet()->title(), sheet()->message() });
+        choose("Cancel");
+        return texts;
+    };
+    EXPECT_EQ(sheetOf(logoButton(simA)),
+        (Strings { "Paaro", "Bild von Home ändern?", "Ändern 2", "Entfernen 2", "Cancel 1" }));
+    EXPECT_EQ(sheetOf(logoButton(simB)), (Strings { "Paaro", "Bild ändern?", "Ändern 2", "Cancel 1" }));
+    EXPECT_EQ(sheetOf("LOGO"), (Strings { "Paaro", "Alle Logos entfernen?", "Alle entfernen 2", "Cancel 1" }));
+}
+
+TEST_F(SimPage, ResetsRemoveTheLogosOfTheirSimsAndNoOther)
+{
+    phone.subscriptions->addSim({ simA, "Home", "111", "Alpha", true });
+    phone.subscriptions->addSim({ simB, "Work", "222", "Beta", true });
+    for (const char* name : { simA, simB, "alpha", "beta", "GONE" })
+        giveLogo(name);
+    openPage();
+    tap(*page, logoButton(simB));
+    choose("Reset");
+    EXPECT_EQ(logos(), (std::set<std::string> { simA, "alpha", "beta", "GONE" }));
+    tap(*page, "LOGO");
+    choose("Reset All");
+    EXPECT_EQ(logos(), (std::set<std::string> { "alpha", "beta", "GONE" }));
 }
 
 TEST_F(SimPage, ResetRemovesTheLogoAndReloads)
@@ -309,6 +489,21 @@ TEST_F(SimPage, PageDestroyedWhileItsSheetIsUpIsLeftAloneByTheActions)
     // The SIM is held strongly: its logo goes though the page has gone.
     EXPECT_TRUE(orphan->chooseAction(1));
     EXPECT_FALSE(phone.files->exists(logoPath(simA)));
+}
+
+TEST_F(SimPage, PageDestroyedWhileItsResetSheetIsUpLosesItsLogosAllTheSame)
+{
+    addTwoSims();
+    giveLogo(simA);
+    openPage();
+    tap(*page, "LOGO");
+    const auto orphan = sheet();
+    const std::weak_ptr<TDSimSettingsController> gone = page;
+    navigation->popViewControllerAnimated(false);
+    page.reset();
+    ASSERT_TRUE(gone.expired());
+    EXPECT_TRUE(orphan->chooseAction(0));
+    EXPECT_EQ(logos(), std::set<std::string> {});
 }
 
 TEST_F(SimPage, FailedSaveShowsThePreviousLogoAndSaysNothingToTheUser)

@@ -41,6 +41,17 @@ public:
             + (_folder.path() / "root").string() + "' --log=/dev/null -i '" + tree.string() + ".deb'");
     }
 
+    /// Enters a package as the database holds it; one that is not installed has no version.
+    void enter(const std::string& name, const std::string& status, const std::string& version)
+    {
+        std::ofstream entries(admin() / "status", std::ios::app);
+        entries << "Package: " << name << "\nStatus: " << status
+                << "\nMaintainer: Test <test@vexil.example>\nArchitecture: all\nDescription: test\n";
+        if (!version.empty())
+            entries << "Version: " << version << "\n";
+        entries << "\n";
+    }
+
 private:
     std::filesystem::path admin() const { return _folder.path() / "admin"; }
     static void run(const std::string& command)
@@ -51,6 +62,21 @@ private:
     }
 
     TemporaryDirectory _folder;
+};
+
+/// Puts a folder before all others of the search path while it lives.
+class FirstInSearchPath {
+public:
+    explicit FirstInSearchPath(const std::filesystem::path& folder)
+    {
+        setenv("PATH", (folder.string() + ":" + _before).c_str(), 1);
+    }
+    ~FirstInSearchPath() { setenv("PATH", _before.c_str(), 1); }
+    FirstInSearchPath(const FirstInSearchPath&) = delete;
+    FirstInSearchPath& operator=(const FirstInSearchPath&) = delete;
+
+private:
+    std::string _before = std::getenv("PATH");
 };
 
 std::string thisYear()
@@ -157,6 +183,41 @@ TEST_F(Version, OutputOfMoreThanOneBufferIsJoinedUnchanged)
     EXPECT_EQ(packageVersion("long*"), expected);
 }
 
+TEST_F(Version, PackageThatIsKnownButNotInstalledHasAnEmptyVersion)
+{
+    PackageDatabase packages;
+    packages.enter("com.vexil.tandem", "install ok not-installed", "");
+    giveBundleVersion("bundle");
+    EXPECT_EQ(packageVersion("com.vexil.tandem"), "");
+    EXPECT_EQ(getProductVersion(), "");
+}
+
+TEST_F(Version, QueryToolOfAnotherFolderIsNotAsked)
+{
+    PackageDatabase packages;
+    packages.install("abc", "1");
+    const TemporaryDirectory folder;
+    std::ofstream(folder.path() / "dpkg-query") << "#!/bin/sh\nprintf other\n";
+    std::filesystem::permissions(folder.path() / "dpkg-query", std::filesystem::perms::owner_all);
+    const FirstInSearchPath first(folder.path());
+    EXPECT_EQ(packageVersion("abc"), "1");
+}
+
+TEST_F(Version, CharacterAcrossTheEndOfABufferStaysWhole)
+{
+    PackageDatabase packages;
+    const std::string version = std::string(1022, '1') + "é😀";
+    packages.enter("abc", "install ok installed", version);
+    EXPECT_EQ(packageVersion("abc"), version);
+}
+
+TEST_F(Version, BytesThatAreNoTextAreReplaced)
+{
+    PackageDatabase packages;
+    packages.enter("abc", "install ok installed", "1\xE9.2");
+    EXPECT_EQ(packageVersion("abc"), "1\uFFFD.2");
+}
+
 TEST_F(Version, TrailingNewlineIsKept)
 {
     PackageDatabase packages;
@@ -178,6 +239,14 @@ TEST_F(Version, EveryPageGetsAFooterWithTheVersionAndTheCurrentYear)
     EXPECT_EQ(footerOf(*open<TDCallsSettingsController>()), expected);
     EXPECT_EQ(footerOf(*open<TDMessagesSettingsController>()), expected);
     EXPECT_EQ(footerOf(*open<TDMiscSettingsController>()), expected);
+}
+
+TEST_F(Version, FormatOfTheFooterIsNotTranslated)
+{
+    PackageDatabase packages;
+    packages.install("com.vexil.tandem", "7");
+    phone.translate("de", { { "Version %@ © %ld Vexil. All rights reserved.", "Fassung %@, %ld" } });
+    EXPECT_EQ(openRoot()->copryRightSpecifierText(1999), "Version 7 © 1999 Vexil. All rights reserved.");
 }
 
 TEST_F(Version, FooterSurvivesARebuildOfTheRows)

@@ -10,8 +10,15 @@
 /// Remembers every line.
 class RecordedLog final : public SystemLog {
 public:
-    void write(const std::string& line) override { lines.push_back(line); }
+    void write(const std::string& line) override
+    {
+        lines.push_back(line);
+        if (onWrite)
+            onWrite(line);
+    }
     std::vector<std::string> lines;
+    /// Called while a line is written.
+    std::function<void(const std::string&)> onWrite;
 };
 
 /// Remembers every name, and tells observers.
@@ -61,9 +68,15 @@ public:
     {
         std::erase_if(_sims, [&](const Subscription& sim) { return sim.uuid == uuid; });
     }
-    std::vector<Subscription> subscriptions() const override { return _sims; }
+    std::vector<Subscription> subscriptions() const override
+    {
+        ++timesAsked;
+        return _sims;
+    }
     /// Angle brackets, so that a formatted number can be told from one that is not.
     std::string formattedNumber(const std::string& number) const override { return "<" + number + ">"; }
+
+    mutable int timesAsked = 0;
 
 private:
     std::vector<Subscription> _sims;

@@ -30,6 +30,20 @@ protected:
         return page;
     }
 
+    /// A page below the root page that is not shown yet, so that its rows are not built.
+    template <class Page>
+    std::shared_ptr<Page> makeUnshown()
+    {
+        if (!root)
+            openRoot();
+        auto page = std::make_shared<Page>();
+        page->initForContentSize(size);
+        page->setParentController(root);
+        page->table().setObserver(screen);
+        screen->lines.clear();
+        return page;
+    }
+
     /// The cell of a row, laid out at that width.
     static std::shared_ptr<PSTableCell> cellOf(
         PSListController& page, const std::string& identifier, double width = 375);
