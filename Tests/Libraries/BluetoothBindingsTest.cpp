@@ -121,8 +121,7 @@ TEST_F(BluetoothBindings, ThatNoPropertyListHoldsAreNotKeptAndLeaveTheOthers)
 {
     bind(car, firstSim);
     const auto before = phone.readFile(path);
-    for (const std::string& address :
-        { std::string("AA\0BB", 5), std::string("\xFF\xFE"), std::string("\xED\xA0\x80") }) {
+    for (const std::string& address : { std::string("\xFF\xFE"), std::string("\xED\xA0\x80") }) {
         bind(address, firstSim);
         EXPECT_EQ(stateOf(address), "free -");
         unbind(address);

@@ -90,7 +90,7 @@ TEST(FooterYear, IsTheYearOnTheUsersOwnClock)
         page->initForContentSize({ 375, 667 });
         const long before = universalYear(ahead);
         std::make_shared<UINavigationController>()->pushViewController_animated(page, false);
-        page->viewDidAppear();
+        page->footerOfGroup(page->copyRightSpecifier());
         ASSERT_EQ(page->years.size(), 1U);
         EXPECT_GE(page->years[0], before);
         EXPECT_LE(page->years[0], universalYear(ahead));

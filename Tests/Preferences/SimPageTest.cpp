@@ -76,7 +76,7 @@ protected:
         Bitmap bitmap { static_cast<int>(pixels.size()), 1, {} };
         for (const Pixel& pixel : pixels)
             bitmap.rgba.insert(bitmap.rgba.end(), pixel.begin(), pixel.end());
-        phone.writeFile(logoPath(sim), QtImages().encodePng(bitmap).value_or(Bytes()));
+        phone.writeFile(logoPath(sim), Phone::current().images->encodePng(bitmap).value_or(Bytes()));
     }
     /// The names of the logo files.
     std::set<std::string> logos() const
