@@ -9,8 +9,9 @@ target_compile_options(TandemOptions INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-res
 target_compile_options(TandemOptions INTERFACE -fvisibility-inlines-hidden)
 target_link_options(TandemOptions INTERFACE -Wl,-Bsymbolic-functions)
 if(TANDEM_SANITIZE)
-    # The sanitizers' own code between the lines makes GCC see values that are never set.
-    target_compile_options(TandemOptions INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
+    # The sanitizers' own code between the lines makes GCC see values that are never set, and sizes below zero.
+    target_compile_options(TandemOptions INTERFACE
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized -Wno-stringop-overflow>)
     target_compile_options(TandemOptions INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(TandemOptions INTERFACE -fsanitize=address,undefined)
 endif()

@@ -13,6 +13,7 @@
 #include <csignal>
 #include <filesystem>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 
@@ -28,7 +29,8 @@ void hearOfEndedProcesses()
     std::signal(SIGCHLD, SIG_DFL);
 }
 
-/// Points the link at the target, in place of what it pointed to. What is no link is left as it is.
+/// Points the link at the target, in place of what it pointed to. What is no link is left as it is. Several processes may
+/// do this at once.
 Result<void> refreshLink(const fs::path& link, const std::string& target)
 {
     std::error_code code;
@@ -36,7 +38,7 @@ Result<void> refreshLink(const fs::path& link, const std::string& target)
         return {};
     if (fs::is_symlink(fs::symlink_status(link, code)) && fs::read_symlink(link, code) == target)
         return {};
-    const fs::path fresh = link.string() + ".new";
+    const fs::path fresh = link.string() + ".new" + std::to_string(getpid());
     fs::create_directories(link.parent_path(), code);
     if (!code)
         fs::remove(fresh, code);

@@ -2,6 +2,7 @@
 
 #include "Shared/BundleLoader.h"
 #include "UIKit/UIImage.h"
+#include "libtandem/TDProduct.h"
 
 #include <csignal>
 #include <filesystem>
@@ -25,7 +26,7 @@ protected:
         std::string pattern = (fs::temp_directory_path() / "tandem-test-XXXXXX").string();
         folder = mkdtemp(pattern.data());
         std::ofstream(folder / "phone.json") << phoneFile;
-        const fs::path bundle = folder / fs::path(pluginBundlePath).relative_path();
+        const fs::path bundle = folder / fs::path(TDProduct::bundlePath()).relative_path();
         fs::create_directories(bundle.parent_path());
         fs::create_directory_symlink(TANDEM_BUNDLE, bundle);
 
