@@ -29,8 +29,8 @@ void hearOfEndedProcesses()
     std::signal(SIGCHLD, SIG_DFL);
 }
 
-/// Points the link at the target, in place of what it pointed to. What is no link is left as it is. Several processes may
-/// do this at once.
+/// Points the link at the target, in place of what it pointed to. What is no link is left as it is. Several processes
+/// may do this at once.
 Result<void> refreshLink(const fs::path& link, const std::string& target)
 {
     std::error_code code;
