@@ -104,7 +104,7 @@ Value dataOf(std::string_view text)
         }
     }
     require(digits % 4 == 0 && padding <= 2);
-    data.resize(data.size() - padding);
+    data.erase(data.end() - static_cast<std::ptrdiff_t>(padding), data.end());
     return data;
 }
 
